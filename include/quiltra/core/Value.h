@@ -1,0 +1,71 @@
+#ifndef QUILTRA_CORE_VALUE_H_
+#define QUILTRA_CORE_VALUE_H_
+
+#include <istream>
+#include <ostream>
+#include <string>
+
+#include <quiltra/core/Export.h>
+#include <quiltra/io/Serializable.h>
+
+namespace Quiltra {
+
+/// One raw value: an owned, zero-filled byte buffer with a size and a capacity.
+/// Resizing within the capacity keeps the buffer and its old bytes; copies get a buffer of
+/// exactly the source's size; assignment never shrinks a larger buffer. Null means size 0.
+/// Every allocating operation may throw Exception("Value::allocate", "out of memory"),
+/// after which the value is empty. Threads: a plain value, not shared by the library.
+class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
+                             public Quiltra_Serialization::Deserializable {
+ public:
+  Value() = default;
+  /// n zero bytes.
+  explicit Value(const unsigned int& n);
+  /// n bytes copied from bytes (zeros when bytes is null).
+  Value(const unsigned int& n, const unsigned char* bytes);
+  /// Deep copy with a buffer of exactly other.size() bytes.
+  Value(const Value& other);
+  /// Takes other's buffer; other becomes null.
+  Value(Value&& other) noexcept;
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+  ~Value() override;
+
+  unsigned int size() const noexcept { return _size; }
+  unsigned int capacity() const noexcept { return _capacity; }
+  /// Null when nothing is allocated.
+  const unsigned char* data() const noexcept { return _data; }
+  unsigned char* data() noexcept { return _data; }
+  bool isNull() const noexcept { return _size == 0; }
+
+  /// Grows beyond the capacity into a fresh zeroed buffer (old bytes lost); 0 releases;
+  /// otherwise keeps the buffer and its bytes.
+  void setSize(const unsigned int& n);
+  /// setSize(n), then copies n bytes unless bytes is null.
+  void setData(const unsigned int& n, const unsigned char* bytes);
+  /// The characters and one terminating zero byte, counted in the size; cut at the text's
+  /// first zero character.
+  void setData(const std::string& text);
+  /// Releases the buffer: size and capacity 0.
+  void purge() noexcept;
+
+  /// Same size and same bytes; capacity is ignored.
+  bool operator==(const Value& other) const noexcept;
+  bool operator!=(const Value& other) const noexcept { return !(*this == other); }
+
+  void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  void deserializeX(Quiltra_Serialization::Source& source) override;
+  void toStream(std::ostream& out) const;
+  void fromStream(std::istream& in);
+
+ private:
+  void allocate(const unsigned int& n);
+
+  unsigned char* _data = nullptr;
+  unsigned int _size = 0;
+  unsigned int _capacity = 0;
+};
+
+}  // namespace Quiltra
+
+#endif  // QUILTRA_CORE_VALUE_H_

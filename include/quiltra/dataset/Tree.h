@@ -1,0 +1,144 @@
+#ifndef QUILTRA_DATASET_TREE_H_
+#define QUILTRA_DATASET_TREE_H_
+
+#include <istream>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <quiltra/core/Export.h>
+#include <quiltra/core/TagId.h>
+#include <quiltra/dataset/TagSelector.h>
+#include <quiltra/io/Serializable.h>
+
+namespace Quiltra {
+
+class Dict;
+class Tag;
+
+/// A data set: elements ordered by TagId, optionally layered over a parent.
+/// A child sees its parent's elements, overrides them and hides them with deletion marks
+/// without touching the parent; writes go to the layer they are called on.
+/// Owns its elements jointly with other holders; a child keeps its parent alive.
+/// A lookup costs one map search and one set search per layer visited; only setTag,
+/// setTags, the copies and assignment copy elements.
+/// Threads: const members may run concurrently; changes need exclusive use.
+class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
+                            public Quiltra_Serialization::Deserializable,
+                            public std::enable_shared_from_this<Tree> {
+ public:
+  using TagMap = std::map<TagId, std::shared_ptr<Tag>>;
+  using ConstTagMap = std::map<TagId, std::shared_ptr<const Tag>>;
+  using TagIdList = std::vector<TagId>;
+
+  Tree();
+  /// A child layer; takes the parent's dictionary as it is now.
+  explicit Tree(std::shared_ptr<const Tree> parent);
+  /// Deep copy of the own layer over the same parent, with the same dictionary.
+  Tree(const Tree& other);
+  Tree& operator=(const Tree& other);
+  ~Tree() override;
+  /// A new Tree made by the copy constructor.
+  std::shared_ptr<Tree> copy() const;
+
+  // Lookups.
+  bool hasTag(const TagId& id, TagSelector selector = AllLayers) const;
+  /// By attribute name, through this Tree's own dictionary; false without one or when
+  /// the dictionary throws.
+  bool hasTag(const std::string& name, TagSelector selector = AllLayers) const;
+  /// The stored element, or empty.
+  std::shared_ptr<const Tag> getTag(const TagId& id, TagSelector selector = AllLayers) const;
+  std::shared_ptr<const Tag> getTag(const std::string& name,
+                                    TagSelector selector = AllLayers) const;
+  /// The writable element of the own layer; empty for inherited or deleted ids.
+  std::shared_ptr<Tag> getTag_rw(const TagId& id);
+  /// The own layer as stored, deletion placeholders included.
+  const TagMap& tags() const noexcept { return _tags; }
+  unsigned int tagsSize() const noexcept { return static_cast<unsigned int>(_tags.size()); }
+
+  // Layers and dictionary.
+  bool hasParent() const noexcept { return static_cast<bool>(_parent); }
+  std::shared_ptr<const Tree> parent() const { return _parent; }
+  /// The Tree at the top of the parent chain; this Tree itself when it has no parent
+  /// (then empty unless this Tree is owned by a std::shared_ptr).
+  std::shared_ptr<const Tree> root() const;
+  bool hasDict() const noexcept { return static_cast<bool>(_dict); }
+  std::shared_ptr<const Dict> getDict() const { return _dict; }
+  /// Sets the dictionary here and in the items of sequences, at any depth.
+  void setDict(std::shared_ptr<const Dict> dict);
+
+  // Changes to the own layer.
+  /// Stores a deep copy of tag under id and clears a deletion mark of id.
+  void setTag(const TagId& id, std::shared_ptr<const Tag> tag);
+  void setTag(std::shared_ptr<const Tag> tag);
+  /// Stores tag itself (shared with the caller) under id and clears a deletion mark of id.
+  void addTag(const TagId& id, std::shared_ptr<Tag> tag);
+  void addTag(std::shared_ptr<Tag> tag);
+  /// Erases id; an id a parent holds becomes an empty placeholder marked deleted.
+  void removeTag(const TagId& id);
+  void removeTags(std::shared_ptr<TagIdList> ids);
+
+  // Listings, copies and merging. Ranges are inclusive at both ends.
+  std::shared_ptr<TagIdList> tagIds(TagSelector selector) const;
+  std::shared_ptr<TagIdList> tagIds(const TagId& from, const TagId& to, TagSelector selector) const;
+  /// Shares the stored elements.
+  std::shared_ptr<ConstTagMap> getTags(TagSelector selector) const;
+  std::shared_ptr<ConstTagMap> getTags(const TagId& from, const TagId& to,
+                                       TagSelector selector) const;
+  /// A deep, flat copy of the view: no parent, dictionary, marks or placeholders.
+  std::shared_ptr<Tree> mergedCopy(TagSelector selector) const;
+  std::shared_ptr<Tree> copy(const TagId& from, const TagId& to) const;
+  std::shared_ptr<Tree> copy(std::shared_ptr<TagIdList> ids) const;
+  /// Pours other's own layer into this one, sharing the elements.
+  void addTags(std::shared_ptr<Tree> other);
+  /// Pours other's own layer into this one as deep copies.
+  void setTags(std::shared_ptr<const Tree> other);
+
+  // Private blocks.
+  /// The slot (0x10..0xFF) of creator in group, or with findFree the lowest free slot;
+  /// 0 when neither exists.
+  unsigned short findPrivateSlot(unsigned short group, const std::string& creator,
+                                 bool findFree) const;
+  /// The slot of creator, allocating a creator element in the own layer if needed;
+  /// 0 when the group is full.
+  unsigned short getPrivateSlot(unsigned short group, const std::string& creator);
+  /// The creator text of the block id belongs to, or empty.
+  std::string getPrivateCreator(TagId id) const;
+  /// Removes the creator element of slot and its 256 elements.
+  void removePrivateTags(unsigned short group, unsigned short slot);
+
+  // Storage forms.
+  /// Writes the AllLayers view flat: no parent, marks or dictionary.
+  void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  /// Throws Exception("Tree::deserializeX", "nesting too deep") past 256 nested levels.
+  void deserializeX(Quiltra_Serialization::Source& source) override;
+  /// The own layer and its deletion marks. Throws Exception("Tree::toStream",
+  /// "cannot stream tree with parents") for a Tree with a parent.
+  void toStream(std::ostream& out) const;
+  void fromStream(std::istream& in);
+
+ private:
+  std::shared_ptr<const Tag> const_tag4tagid(const TagId& id, TagSelector selector) const;
+  std::shared_ptr<Tag> tag4tagid(const TagId& id);
+  bool isDeleted(const TagId& id) const { return _deleted.count(id.rawId()) != 0; }
+  void markAsDeleted(const TagId& id) { _deleted.insert(id.rawId()); }
+  void undelete(const TagId& id) { _deleted.erase(id.rawId()); }
+  /// Throws Exception("Tree::checkForTag", "tag does not exist").
+  void checkForTag(const TagId& id, TagSelector selector) const;
+  void addTagsToSet(std::set<unsigned int>& target, TagSelector selector, const TagId& from,
+                    const TagId& to) const;
+  void addTagsToMap(ConstTagMap& target, TagSelector selector, const TagId& from,
+                    const TagId& to) const;
+
+  TagMap _tags;
+  std::set<unsigned int> _deleted;
+  std::shared_ptr<const Tree> _parent;
+  std::shared_ptr<const Dict> _dict;
+};
+
+}  // namespace Quiltra
+
+#endif  // QUILTRA_DATASET_TREE_H_

@@ -1,0 +1,64 @@
+#ifndef QUILTRA_IO_SINK_H_
+#define QUILTRA_IO_SINK_H_
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <quiltra/core/Export.h>
+#include <quiltra/core/TransferSyntax.h>
+#include <quiltra/core/Vr.h>
+#include <quiltra/io/TypeCode.h>
+
+namespace Quiltra_Serialization {
+
+/// A byte channel that typed fields are written to: a 4-byte little-endian type code,
+/// then the value, little-endian whatever the host. Derived classes supply writeX.
+/// Threads: one thread at a time.
+class QUILTRA_EXPORT Sink {
+ public:
+  Sink() = default;
+  Sink(const Sink&) = delete;
+  Sink& operator=(const Sink&) = delete;
+  virtual ~Sink();
+
+  /// Moves exactly size raw bytes; throws Exception when they cannot be written whole.
+  virtual void writeX(const void* data, unsigned int size) = 0;
+
+  void write(bool value);
+  void write(int value);
+  void write(unsigned int value);
+  void write(short value);
+  void write(unsigned short value);
+  /// Four bytes on the wire whatever the width of the host's long.
+  void write(long value);
+  void write(unsigned long value);
+  void write(float value);
+  void write(double value);
+  /// The length up to the first zero byte, then those bytes (no terminator).
+  void write(const std::string& value);
+  void write(Quiltra::Vr value);
+  void write(Quiltra::TransferSyntax value);
+  template <class First, class Second>
+  void write(const std::pair<First, Second>& value) {
+    writeType(kCodePair);
+    write(value.first);
+    write(value.second);
+  }
+  template <class Element>
+  void write(const std::vector<Element>& value) {
+    writeType(kCodeVector);
+    writeRaw(static_cast<std::uint32_t>(value.size()));
+    for (const Element& element : value) write(element);
+  }
+
+  /// A type code alone, for layouts that put a code before a structure.
+  void writeType(unsigned int code);
+  /// A 32-bit count or length without a type code.
+  void writeRaw(std::uint32_t value);
+};
+
+}  // namespace Quiltra_Serialization
+
+#endif  // QUILTRA_IO_SINK_H_
