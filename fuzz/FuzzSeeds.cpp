@@ -1,0 +1,85 @@
+// Writes valid encodings of each class as seeds for the fuzzers, so that fuzzing starts
+// from well-formed input and mutates it, rather than from nothing.
+// Usage: FuzzSeeds <binary corpus dir> <text corpus dir>
+#include "FuzzTarget.h"
+
+#include <cstdint>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <quiltra/quiltra.h>
+
+namespace {
+
+using namespace Quiltra;
+
+std::shared_ptr<Tree> sampleTree() {
+  auto tree = std::make_shared<Tree>();
+  auto name = std::make_shared<Tag>(TagInfo(TagId(0x0010, 0x0010), "PatientName", PN, {1, 1}));
+  name->addValue(std::string("Doe^Jane\\Roe^Richard"));
+  tree->addTag(name);
+  auto rows = std::make_shared<Tag>(TagInfo(TagId(0x0028, 0x0010), "Rows", US, {1, 1}));
+  rows->addValue(static_cast<unsigned short>(512));
+  tree->addTag(rows);
+  auto item = std::make_shared<Tree>();
+  auto thickness = std::make_shared<Tag>(TagInfo(TagId(0x0018, 0x0050), "", DS, {1, 1}));
+  thickness->addValue(2.5);
+  item->addTag(thickness);
+  auto sequence = std::make_shared<Tag>(TagInfo(TagId(0x0040, 0xA730), "", SQ, {1, 1}));
+  sequence->addSequenceItem(item);
+  tree->addTag(sequence);
+  return tree;
+}
+
+void writeSeed(const std::string& path, QuiltraFuzz::Target target, const std::string& body) {
+  std::ofstream out(path, std::ios::binary);
+  out.put(static_cast<char>(target));
+  out << body;
+}
+
+template <class Object>
+std::string binaryOf(const Object& object) {
+  Quiltra_Serialization::MemorySink sink;
+  object.serializeX(sink);
+  return std::string(sink.bytes().begin(), sink.bytes().end());
+}
+
+template <class Object>
+std::string textOf(const Object& object) {
+  std::ostringstream out;
+  object.toStream(out);
+  return out.str();
+}
+
+template <class Object>
+void writeBoth(const std::string& binaryDir, const std::string& textDir, const std::string& name,
+               QuiltraFuzz::Target target, const Object& object) {
+  writeSeed(binaryDir + "/" + name, target, binaryOf(object));
+  writeSeed(textDir + "/" + name, target, textOf(object));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: FuzzSeeds <binary corpus dir> <text corpus dir>\n";
+    return 2;
+  }
+  const std::string binaryDir = argv[1];
+  const std::string textDir = argv[2];
+  using QuiltraFuzz::Target;
+  const auto tree = sampleTree();
+  const unsigned char bytes[] = {0x80, 0xFF, 0x00, 0x41};
+  writeBoth(binaryDir, textDir, "tagid", Target::TagId, TagId(0x7FE0, 0x0010));
+  writeBoth(binaryDir, textDir, "value", Target::Value, Value(4, bytes));
+  writeBoth(binaryDir, textDir, "taginfo", Target::TagInfo,
+            TagInfo(TagId(0x0010, 0x0020), "AB", DA, {1, 1}));
+  writeBoth(binaryDir, textDir, "tag", Target::Tag, *tree->getTag(TagId(0x0010, 0x0010)));
+  writeBoth(binaryDir, textDir, "sequence", Target::Tag, *tree->getTag(TagId(0x0040, 0xA730)));
+  writeBoth(binaryDir, textDir, "tree", Target::Tree, *tree);
+  return 0;
+}
