@@ -1,1 +1,164 @@
-// placeholder
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <quiltra/core/Exception.h>
+#include <quiltra/dataset/Dict.h>
+#include <quiltra/dataset/Tree.h>
+#include <quiltra/element/Tag.h>
+
+namespace Quiltra {
+
+Tree::Tree() = default;
+
+Tree::Tree(std::shared_ptr<const Tree> parent)
+    : _parent(std::move(parent)), _dict(_parent ? _parent->getDict() : nullptr) {}
+
+// The weak self-reference of enable_shared_from_this is never copied: a copy is a new object.
+Tree::Tree(const Tree& other)
+    : Quiltra_Serialization::Serializable(),
+      Quiltra_Serialization::Deserializable(),
+      std::enable_shared_from_this<Tree>() {
+  *this = other;
+}
+
+Tree& Tree::operator=(const Tree& other) {
+  if (this == &other) return *this;
+  // Everything is taken from other before this Tree's old entries are released: other may
+  // live inside one of them (a sequence item), and a failing Tag::copy leaves this Tree as
+  // it was.
+  TagMap copied;
+  for (const auto& entry : other._tags) {
+    copied.emplace_hint(copied.end(), entry.first, entry.second->copy());
+  }
+  std::set<unsigned int> deleted = other._deleted;
+  std::shared_ptr<const Tree> parent = other._parent;
+  std::shared_ptr<const Dict> dict = other._dict;
+  _tags = std::move(copied);
+  _deleted = std::move(deleted);
+  _parent = std::move(parent);
+  _dict = std::move(dict);
+  return *this;
+}
+
+// Members go in reverse order of declaration: dictionary, parent, marks, elements.
+Tree::~Tree() = default;
+
+std::shared_ptr<Tree> Tree::copy() const {
+  return std::make_shared<Tree>(*this);
+}
+
+bool Tree::hasTag(const TagId& id, TagSelector selector) const {
+  return const_tag4tagid(id, selector) != nullptr;
+}
+
+bool Tree::hasTag(const std::string& name, TagSelector selector) const {
+  if (!_dict) return false;
+  try {
+    return hasTag(_dict->tagId(name), selector);
+  } catch (const Exception&) {
+    return false;  // an unknown name is an ordinary negative answer
+  }
+}
+
+std::shared_ptr<const Tag> Tree::getTag(const TagId& id, TagSelector selector) const {
+  return const_tag4tagid(id, selector);
+}
+
+std::shared_ptr<const Tag> Tree::getTag(const std::string& name, TagSelector selector) const {
+  if (!_dict) return nullptr;
+  try {
+    const TagId id = _dict->tagId(name);
+    if (!hasTag(id, selector)) return nullptr;
+    return getTag(id, selector);
+  } catch (const Exception&) {
+    return nullptr;
+  }
+}
+
+std::shared_ptr<Tag> Tree::getTag_rw(const TagId& id) {
+  return tag4tagid(id);
+}
+
+std::shared_ptr<const Tree> Tree::root() const {
+  // A parent pointer already shares ownership; only a Tree without parent needs its own
+  // owners, and it never becomes a second, independent one.
+  if (!_parent) return weak_from_this().lock();
+  const std::shared_ptr<const Tree>* top = &_parent;
+  while ((*top)->_parent) top = &(*top)->_parent;
+  return *top;
+}
+
+void Tree::setDict(std::shared_ptr<const Dict> dict) {
+  _dict = std::move(dict);
+  for (const auto& entry : _tags) {
+    const std::shared_ptr<Tag>& tag = entry.second;
+    if (!tag->isSequence()) continue;
+    for (const auto& item : tag->sequenceItems()) {
+      if (item) item->setDict(_dict);
+    }
+  }
+}
+
+void Tree::setTag(const TagId& id, std::shared_ptr<const Tag> tag) {
+  // Copy first, so that a failing copy leaves the entry and its mark untouched.
+  std::shared_ptr<Tag> copied = tag->copy();
+  undelete(id);
+  _tags.insert_or_assign(id, std::move(copied));
+}
+
+void Tree::setTag(std::shared_ptr<const Tag> tag) {
+  const TagId id = tag->info().id();
+  setTag(id, std::move(tag));
+}
+
+void Tree::addTag(const TagId& id, std::shared_ptr<Tag> tag) {
+  undelete(id);
+  _tags.insert_or_assign(id, std::move(tag));
+}
+
+void Tree::addTag(std::shared_ptr<Tag> tag) {
+  const TagId id = tag->info().id();
+  addTag(id, std::move(tag));
+}
+
+void Tree::removeTag(const TagId& id) {
+  if (isDeleted(id)) return;
+  std::shared_ptr<const Tag> inherited = _parent ? _parent->getTag(id, AllLayers) : nullptr;
+  if (!inherited) {
+    _tags.erase(id);
+    return;
+  }
+  // A mark lives only beside an own placeholder; addTag clears marks, so mark afterwards.
+  addTag(id, std::make_shared<Tag>(inherited->info()));
+  markAsDeleted(id);
+}
+
+void Tree::removeTags(std::shared_ptr<TagIdList> ids) {
+  for (const TagId& id : *ids) removeTag(id);
+}
+
+// Walks up the chain instead of recursing; per layer one map search and one set search.
+std::shared_ptr<const Tag> Tree::const_tag4tagid(const TagId& id, TagSelector selector) const {
+  if (selector != AllLayers && selector != ExceptRoot && selector != OwnLayer) return nullptr;
+  for (const Tree* layer = this; layer != nullptr; layer = layer->_parent.get()) {
+    if (selector == ExceptRoot && !layer->_parent) return nullptr;
+    const auto found = layer->_tags.find(id);
+    const bool deleted = layer->isDeleted(id);
+    if (found != layer->_tags.end() && !deleted) return found->second;
+    if (selector == OwnLayer || deleted) return nullptr;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<Tag> Tree::tag4tagid(const TagId& id) {
+  const auto found = _tags.find(id);
+  if (found == _tags.end() || isDeleted(id)) return nullptr;
+  return found->second;
+}
+
+void Tree::checkForTag(const TagId& id, TagSelector selector) const {
+  if (!hasTag(id, selector)) throw Exception("Tree::checkForTag", "tag does not exist");
+}
+
+}  // namespace Quiltra
