@@ -1,1 +1,144 @@
-// placeholder
+#include <string>
+#include <utility>
+
+#include <quiltra/core/Exception.h>
+#include <quiltra/dataset/Tree.h>
+#include <quiltra/element/Tag.h>
+
+namespace Quiltra {
+
+namespace {
+
+// Failure texts are built once per process; a failed check allocates only the Exception.
+const std::string& indexOutOfRange() {
+  static const std::string kText("index out of range");
+  return kText;
+}
+
+}  // namespace
+
+Tag::Tag(const TagInfo& info) : _info(info) {}
+
+Tag::Tag(const Tag& other) : Serializable(other), Deserializable(other) {
+  *this = other;
+}
+
+Tag& Tag::operator=(const Tag& other) {
+  if (this == &other) return *this;
+  _info = other._info;
+  _values = other._values;
+  // The old items stay alive until the end: other may live inside one of them.
+  Items released;
+  released.swap(_items);
+  _items.resize(other._items.size());
+  for (std::size_t index = 0; index < other._items.size(); ++index) {
+    if (other._items[index]) _items[index] = other._items[index]->copy();
+  }
+  return *this;
+}
+
+Tag::~Tag() = default;
+
+std::shared_ptr<Tag> Tag::copy() const {
+  return std::make_shared<Tag>(*this);
+}
+
+void Tag::setInfo(const TagInfo& info) {
+  _info = info;
+}
+
+unsigned int Tag::getValueSize(unsigned int index) const {
+  rangeChecking(index);
+  return _values[index].size();
+}
+
+unsigned int Tag::getValueSize() const {
+  unsigned int total = 0;
+  for (const Value& value : _values) total += value.size();
+  return total;
+}
+
+const Value& Tag::getValue(unsigned int index) const {
+  rangeChecking(index);
+  return _values[index];
+}
+
+void Tag::setValue(const Value& value, unsigned int index) {
+  rangeChecking(index);
+  _values[index] = value;
+}
+
+Value& Tag::addValue() {
+  _values.emplace_back();
+  return _values.back();
+}
+
+bool Tag::isNull(unsigned int index) const {
+  rangeChecking(index);
+  return _values[index].isNull();
+}
+
+const Tag::Items& Tag::sequenceItems() const {
+  typeChecking(VRC_SEQUENCE);
+  return _items;
+}
+
+Tag::Items& Tag::sequenceItems() {
+  typeChecking(VRC_SEQUENCE);
+  return _items;
+}
+
+void Tag::setSequenceItem(const std::shared_ptr<Tree>& item, unsigned int index) {
+  typeChecking(VRC_SEQUENCE);
+  sequenceRangeChecking(index);
+  _items[index] = item;
+}
+
+std::shared_ptr<Tree>& Tag::addSequenceItem() {
+  _items.emplace_back();
+  return _items.back();
+}
+
+void Tag::addSequenceItem(const std::shared_ptr<Tree>& item) {
+  typeChecking(VRC_SEQUENCE);
+  _items.push_back(item);
+}
+
+bool Tag::isSequenceItemNull(unsigned int index) const {
+  sequenceRangeChecking(index);
+  return !_items[index];
+}
+
+void Tag::dropSequenceItem(unsigned int index) {
+  typeChecking(VRC_SEQUENCE);
+  sequenceRangeChecking(index);
+  _items[index].reset();
+}
+
+void Tag::typeChecking(const VRCType& type) const {
+  static const std::string kMethod("Tag::typeChecking");
+  static const std::string kDescription("illegal type");
+  if (!isOfType(type)) throw Exception(kMethod, kDescription);
+}
+
+void Tag::rangeChecking(const unsigned int& index) const {
+  static const std::string kMethod("Tag::rangeChecking");
+  if (index >= numberOfValues()) throw Exception(kMethod, indexOutOfRange());
+}
+
+void Tag::sequenceRangeChecking(const unsigned int& index) const {
+  static const std::string kMethod("Tag::sequenceRangeChecking");
+  if (index >= numberOfSequenceItems()) throw Exception(kMethod, indexOutOfRange());
+}
+
+void Tag::typeAndRangeChecking(const VRCType& type, const unsigned int& index) const {
+  rangeChecking(index);
+  typeChecking(type);
+}
+
+void nullChecking(const Value& value) {
+  static const std::string kMethod("nullChecking");
+  if (value.isNull()) throw Exception(kMethod);
+}
+
+}  // namespace Quiltra
