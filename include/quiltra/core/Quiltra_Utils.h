@@ -21,7 +21,8 @@ QUILTRA_EXPORT std::string toString(unsigned int value);
 QUILTRA_EXPORT std::string toString(double value);
 /// YYYYMMDD, each field zero-padded to its minimum width and never cut.
 QUILTRA_EXPORT std::string toString(const Quiltra::Date& date);
-/// HHMMSS, then "." and the microseconds without trailing zeros when there are any.
+/// HHMMSS, then "." and the whole microseconds without trailing zeros when there are any.
+/// A fraction that is negative or NaN writes no fraction part.
 QUILTRA_EXPORT std::string toString(const Quiltra::Time& time);
 /// The date's text immediately followed by the time's text.
 QUILTRA_EXPORT std::string toString(const std::pair<Quiltra::Date, Quiltra::Time>& dateTime);
@@ -33,8 +34,10 @@ QUILTRA_EXPORT int toInt(const std::string& text);
 /// toInt's 32 bits taken as unsigned: "-1" gives 4294967295.
 QUILTRA_EXPORT unsigned int toUInt(const std::string& text);
 /// A decimal floating-point number ("." as the point); 0.0 when nothing is read.
+/// Hexadecimal, "inf" and "nan" texts are not read; beyond the double range gives +-HUGE_VAL.
 QUILTRA_EXPORT double toDouble(const std::string& text);
-/// A hexadecimal number; 0 when none is read or it is out of range.
+/// A hexadecimal number, read as an input stream reads it (so "0x1F" gives 31 and, for the
+/// unsigned form, "-1" gives 4294967295); 0 when none is read or it is out of range.
 QUILTRA_EXPORT unsigned int hexToUInt(const std::string& text);
 QUILTRA_EXPORT int hexToInt(const std::string& text);
 
@@ -47,7 +50,8 @@ QUILTRA_EXPORT std::string afterFractionPart(const std::string& text);
 
 /// Reads the digits of a DA text as YYYYMMDD, aligned on the right.
 QUILTRA_EXPORT Quiltra::Date toDate(const std::string& text);
-/// Reads a TM text: whole digits as HHMMSS aligned on the right, then the fraction.
+/// Reads a TM text: whole digits as HHMMSS aligned on the right, then the fraction, of
+/// which only the first nine digits count.
 QUILTRA_EXPORT Quiltra::Time toTime(const std::string& text);
 /// Reads a DT text: drops a trailing UTC offset, the first 8 characters are the date and
 /// the rest the time; a text of 8 characters or fewer has the time 0:0:0.
