@@ -1,1 +1,118 @@
-// placeholder
+#include "NestingGuard.h"
+
+#include <istream>
+#include <memory>
+#include <ostream>
+#include <set>
+#include <utility>
+
+#include <quiltra/core/Exception.h>
+#include <quiltra/core/TagId.h>
+#include <quiltra/dataset/Tree.h>
+#include <quiltra/element/Tag.h>
+#include <quiltra/io/Sink.h>
+#include <quiltra/io/Source.h>
+#include <quiltra/io/StreamPrimitives.h>
+
+// The two storage forms of a Tree.
+//
+// Binary (typed fields; u32 is type code 2 followed by 4 bytes little-endian):
+//   u32  N: number of elements in the AllLayers view
+//   N x  Tag, ascending by id (the Tag's own binary layout)
+// The view is written flat: inherited elements as if they were own ones, hidden ones
+// left out, and no parent, deletion marks or dictionary. The reader keys each Tag by
+// its own TagInfo id; a later Tag replaces an earlier one with the same id.
+//
+// Text (primitive encodings of the text stream, two characters per byte):
+//   int  T: number of own entries, deletion placeholders included
+//   T x  (int: raw id of the map key, then the Tag's own text layout), ascending by id
+//   int  D: number of deletion marks
+//   D x  TagId (unsigned raw id), ascending
+// Only the own layer is written, so a Tree with a parent is refused before anything is
+// written. Counts are never trusted: a reader stops at the first failed extraction.
+
+namespace Quiltra {
+
+namespace {
+
+using Quiltra_Serialization::NestingGuard;
+
+int readCount(std::istream& in) {
+  int count = 0;
+  Quiltra_Utils::fromStream(in, count);
+  return count;
+}
+
+// The entry being read when the stream fails is kept; no further entry is made, so a
+// forged count cannot make the reader loop or allocate beyond what the text holds.
+void readEntries(std::istream& in, Tree::TagMap& tags) {
+  for (int count = readCount(in); count > 0 && in; --count) {
+    unsigned int key = 0;
+    Quiltra_Utils::fromStream(in, key);
+    auto tag = std::make_shared<Tag>();
+    tag->fromStream(in);
+    tags.insert_or_assign(TagId(key), std::move(tag));
+  }
+}
+
+void readMarks(std::istream& in, std::set<unsigned int>& marks) {
+  for (int count = readCount(in); count > 0 && in; --count) {
+    TagId id;
+    id.fromStream(in);
+    marks.insert(id.rawId());
+  }
+}
+
+}  // namespace
+
+void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
+  // One walk of the layers gives both the ids and their elements.
+  const auto view = getTags(AllLayers);
+  sink.write(static_cast<unsigned int>(view->size()));
+  for (const auto& entry : *view) entry.second->serializeX(sink);
+}
+
+void Tree::deserializeX(Quiltra_Serialization::Source& source) {
+  const NestingGuard guard;
+  if (guard.exceeded()) throw Exception("Tree::deserializeX", "nesting too deep");
+  _tags.clear();
+  _deleted.clear();
+  _parent.reset();
+  unsigned int count = 0;
+  source.read(count);
+  // Each Tag consumes input or throws, so a forged count ends at the end of the input.
+  for (; count > 0; --count) {
+    auto tag = std::make_shared<Tag>();
+    tag->deserializeX(source);
+    const TagId id = tag->info().id();
+    _tags.insert_or_assign(id, std::move(tag));
+  }
+}
+
+void Tree::toStream(std::ostream& out) const {
+  if (_parent) throw Exception("Tree::toStream", "cannot stream tree with parents");
+  Quiltra_Utils::toStream(out, static_cast<int>(_tags.size()));
+  for (const auto& entry : _tags) {
+    // The raw id as unsigned: the same four bytes as the int of the layout.
+    Quiltra_Utils::toStream(out, entry.first.rawId());
+    entry.second->toStream(out);
+  }
+  Quiltra_Utils::toStream(out, static_cast<int>(_deleted.size()));
+  for (unsigned int raw : _deleted) TagId(raw).toStream(out);
+}
+
+void Tree::fromStream(std::istream& in) {
+  const NestingGuard guard;
+  if (guard.exceeded()) {
+    // Too deep: read as the end of the stream, so everything after reads as zeros.
+    in.setstate(std::ios::failbit);
+    return;
+  }
+  _parent.reset();
+  _tags.clear();
+  _deleted.clear();
+  readEntries(in, _tags);
+  readMarks(in, _deleted);
+}
+
+}  // namespace Quiltra
