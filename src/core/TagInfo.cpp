@@ -1,1 +1,34 @@
-// placeholder
+#include <quiltra/core/TagInfo.h>
+#include <quiltra/dataset/Dict.h>
+
+namespace Quiltra {
+
+TagInfo::TagInfo(const TagId& id, const std::string& name, const Vr& vr,
+                 const std::pair<unsigned int, unsigned int>& multiplicity)
+    : _id(id), _name(name), _vr(vr), _multiplicity(multiplicity) {}
+
+// The three questions are asked in this order on purpose: a dictionary that fails on an
+// unknown id fails on the name first, and no half-filled description escapes.
+TagInfo::TagInfo(const TagId& id, const Dict& dict) : _id(id) {
+  _name = dict.name(id);
+  _vr = dict.vr(id);
+  _multiplicity = dict.multiplicity(id);
+}
+
+TagInfo::~TagInfo() = default;
+
+bool TagInfo::isCodedString() const noexcept {
+  switch (_vr) {
+    case LO:
+    case LT:
+    case PN:
+    case SH:
+    case ST:
+    case UT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace Quiltra

@@ -54,8 +54,12 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
   bool operator!=(const Value& other) const noexcept { return !(*this == other); }
 
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  /// Size and capacity come out equal; the stored size is not trusted, so a forged one ends
+  /// in the source's end-of-input failure, leaving the value null.
   void deserializeX(Quiltra_Serialization::Source& source) override;
   void toStream(std::ostream& out) const;
+  /// Holds the bytes the stream delivers, at most the stored size; a short stream gives a
+  /// shorter value, never an error.
   void fromStream(std::istream& in);
 
  private:
