@@ -1,3 +1,5 @@
+#include "quiltra/core/TagId.h"
+
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -5,7 +7,6 @@
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/core/Quiltra_Utils.h>
-#include <quiltra/core/TagId.h>
 
 namespace Quiltra {
 

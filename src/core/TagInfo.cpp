@@ -1,4 +1,5 @@
-#include <quiltra/core/TagInfo.h>
+#include "quiltra/core/TagInfo.h"
+
 #include <quiltra/dataset/Dict.h>
 
 namespace Quiltra {

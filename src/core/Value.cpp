@@ -1,9 +1,10 @@
+#include "quiltra/core/Value.h"
+
 #include <cstring>
 #include <new>
 #include <string>
 
 #include <quiltra/core/Exception.h>
-#include <quiltra/core/Value.h>
 
 namespace Quiltra {
 

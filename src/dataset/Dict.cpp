@@ -1,6 +1,7 @@
+#include "quiltra/dataset/Dict.h"
+
 #include <utility>
 
-#include <quiltra/dataset/Dict.h>
 #include <quiltra/io/LoadLibraryDelegate.h>
 
 namespace Quiltra {

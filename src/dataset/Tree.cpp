@@ -1,10 +1,11 @@
+#include "quiltra/dataset/Tree.h"
+
 #include <memory>
 #include <string>
 #include <utility>
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/dataset/Dict.h>
-#include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 
 namespace Quiltra {

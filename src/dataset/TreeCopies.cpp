@@ -1,7 +1,8 @@
+#include "quiltra/dataset/Tree.h"
+
 #include <memory>
 #include <set>
 
-#include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 
 // Listings, copies and merging. The collectors visit the parents first and let every layer

@@ -1,10 +1,11 @@
+#include "quiltra/dataset/Tree.h"
+
 #include <memory>
 #include <string>
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/core/TagInfo.h>
 #include <quiltra/core/Vr.h>
-#include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 
 // Private blocks: in an odd group gggg, the creator element (gggg,00xx), xx from 0x10 to

@@ -1,9 +1,10 @@
+#include "quiltra/element/Tag.h"
+
 #include <string>
 #include <utility>
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/dataset/Tree.h>
-#include <quiltra/element/Tag.h>
 
 namespace Quiltra {
 

@@ -1,10 +1,11 @@
+#include "quiltra/element/Tag.h"
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
 
 #include <quiltra/dataset/TagSelector.h>
 #include <quiltra/dataset/Tree.h>
-#include <quiltra/element/Tag.h>
 
 namespace Quiltra {
 

@@ -16,6 +16,8 @@
  * matters. A binary read of a value shorter than its width takes the missing high bytes as
  * zero; a text read stops at the first zero byte or at the value's size, whichever is first.
  */
+#include "quiltra/element/Tag.h"
+
 #include <climits>
 #include <cmath>
 #include <cstdint>
@@ -29,7 +31,6 @@
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/core/Quiltra_Utils.h>
-#include <quiltra/element/Tag.h>
 
 namespace Quiltra {
 

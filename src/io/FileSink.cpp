@@ -1,5 +1,6 @@
+#include "quiltra/io/FileSink.h"
+
 #include <quiltra/core/Exception.h>
-#include <quiltra/io/FileSink.h>
 
 namespace Quiltra_Serialization {
 

@@ -1,5 +1,6 @@
+#include "quiltra/io/FileSource.h"
+
 #include <quiltra/core/Exception.h>
-#include <quiltra/io/FileSource.h>
 
 namespace Quiltra_Serialization {
 

@@ -1,6 +1,6 @@
-#include <atomic>
+#include "quiltra/io/LoadLibraryDelegate.h"
 
-#include <quiltra/io/LoadLibraryDelegate.h>
+#include <atomic>
 
 namespace Quiltra_Utils {
 

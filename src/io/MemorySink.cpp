@@ -1,4 +1,4 @@
-#include <quiltra/io/MemorySink.h>
+#include "quiltra/io/MemorySink.h"
 
 namespace Quiltra_Serialization {
 

@@ -1,8 +1,9 @@
+#include "quiltra/io/MemorySource.h"
+
 #include <cstring>
 #include <utility>
 
 #include <quiltra/core/Exception.h>
-#include <quiltra/io/MemorySource.h>
 
 namespace Quiltra_Serialization {
 

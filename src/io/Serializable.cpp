@@ -1,4 +1,4 @@
-#include <quiltra/io/Serializable.h>
+#include "quiltra/io/Serializable.h"
 
 namespace Quiltra_Serialization {
 

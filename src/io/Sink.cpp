@@ -18,9 +18,9 @@
  *   11    vector           count N (4, no code), then N typed fields
  *   15    enumeration      4 (the enumerator's number)
  */
-#include <cstring>
+#include "quiltra/io/Sink.h"
 
-#include <quiltra/io/Sink.h>
+#include <cstring>
 
 namespace Quiltra_Serialization {
 

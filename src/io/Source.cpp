@@ -5,11 +5,12 @@
  * A string's length is untrusted: its bytes are read in bounded chunks, so a forged
  * length runs into the channel's end of input before much is allocated.
  */
+#include "quiltra/io/Source.h"
+
 #include <algorithm>
 #include <cstring>
 
 #include <quiltra/core/Exception.h>
-#include <quiltra/io/Source.h>
 
 namespace Quiltra_Serialization {
 

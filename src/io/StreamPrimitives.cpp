@@ -13,11 +13,11 @@
  *   bool            1 byte, 1 or 0 (2 characters)
  *   string          length L as unsigned, then the L bytes (nothing more when L is 0)
  */
+#include "quiltra/io/StreamPrimitives.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-
-#include <quiltra/io/StreamPrimitives.h>
 
 namespace Quiltra_Utils {
 

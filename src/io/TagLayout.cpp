@@ -21,6 +21,8 @@
 // never trusted: entries are appended one at a time as they are read, so a forged count
 // ends in the source's end-of-input failure (binary) or at the failed stream (text).
 
+#include "quiltra/element/Tag.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -28,7 +30,6 @@
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/dataset/Tree.h>
-#include <quiltra/element/Tag.h>
 #include <quiltra/io/Sink.h>
 #include <quiltra/io/Source.h>
 #include <quiltra/io/StreamPrimitives.h>

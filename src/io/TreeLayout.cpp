@@ -1,3 +1,5 @@
+#include "quiltra/dataset/Tree.h"
+
 #include "NestingGuard.h"
 
 #include <istream>
@@ -8,7 +10,6 @@
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/core/TagId.h>
-#include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 #include <quiltra/io/Sink.h>
 #include <quiltra/io/Source.h>
