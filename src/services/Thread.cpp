@@ -137,13 +137,13 @@ void thread_postsemaphore(void*& semaphore) {
   if (target == nullptr) {
     return;
   }
-  {
-    std::lock_guard<std::mutex> lock(target->mutex);
-    if (target->count >= kMaxSemaphoreCount) {
-      return;
-    }
-    ++target->count;
+  // Notified under the lock: once a waiter has taken the unit it may destroy the semaphore,
+  // so nothing here may touch it after the unlock.
+  std::lock_guard<std::mutex> lock(target->mutex);
+  if (target->count >= kMaxSemaphoreCount) {
+    return;
   }
+  ++target->count;
   target->available.notify_one();
 }
 

@@ -1,5 +1,3 @@
-#include <atomic>
-#include <chrono>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <thread>
@@ -10,136 +8,71 @@ using namespace Quiltra_Utils;
 
 namespace {
 
-// Semaphores for handshakes between a test and the thread it starts.
-struct Handshake {
-  Handshake() {
-    thread_initsemaphore(started, 0);
-    thread_initsemaphore(release, 0);
-  }
-  ~Handshake() {
-    thread_destroysemaphore(started);
-    thread_destroysemaphore(release);
-  }
-  void* started = nullptr;
-  void* release = nullptr;
-  CriticalSection* section = nullptr;
+struct Semaphore {
+  explicit Semaphore(int count) { thread_initsemaphore(handle, count); }
+  ~Semaphore() { thread_destroysemaphore(handle); }
+  void* handle = nullptr;
 };
 
-// Announces itself, then waits to be released before returning.
-unsigned int waitForRelease(void* argument) {
-  auto* shake = static_cast<Handshake*>(argument);
-  thread_postsemaphore(shake->started);
-  thread_waitsemaphore(shake->release);
-  return 0;
-}
-
-// Announces itself, then announces again once it owns the section.
-unsigned int enterSection(void* argument) {
-  auto* shake = static_cast<Handshake*>(argument);
-  thread_postsemaphore(shake->started);
-  thread_scoped_criticalsection lock(*shake->section);
-  thread_postsemaphore(shake->release);
-  return 0;
-}
+// Runs a thread that passes once through the section, posts done and returns.
+struct Visitor {
+  explicit Visitor(CriticalSection& section) : section(section) {}
+  ~Visitor() { thread_await(thread); }
+  static unsigned int run(void* argument) {
+    auto* self = static_cast<Visitor*>(argument);
+    { thread_scoped_criticalsection lock(self->section); }
+    thread_postsemaphore(self->done.handle);
+    return 0;
+  }
+  CriticalSection& section;
+  Semaphore done{0};
+  void* thread = thread_start(&Visitor::run, this);  // last, so that it finds the others built
+};
 
 }  // namespace
 
-TEST(ThreadTest, RunningTurnsFalseWhenEntryReturns) {
-  Handshake shake;
-  void* thread = thread_start(waitForRelease, &shake);
-  ASSERT_NE(thread, nullptr);
-  thread_waitsemaphore(shake.started);
-  EXPECT_TRUE(thread_running(thread));
-  thread_postsemaphore(shake.release);
-  // Only a bound against hanging: the thread ends as soon as it is released.
-  const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-  while (thread_running(thread) && std::chrono::steady_clock::now() < giveUp) {
-    std::this_thread::yield();
-  }
-  EXPECT_FALSE(thread_running(thread));
-  thread_await(thread);
-}
-
-TEST(ThreadTest, IgnoresNullThreadHandle) {
-  EXPECT_FALSE(thread_running(nullptr));
-  thread_await(nullptr);
-}
-
-TEST(ThreadTest, ReenteredSectionBlocksOthersUntilLeftTwice) {
-  Handshake shake;
+TEST(ThreadTest, RunningTurnsFalseOnlyAfterReenteredSectionIsLeftTwice) {
   CriticalSection section;
-  shake.section = &section;
-  thread_initcriticalsection(section);
   thread_entercriticalsection(section);
   thread_entercriticalsection(section);
-  void* thread = thread_start(enterSection, &shake);
-  ASSERT_NE(thread, nullptr);
-  thread_waitsemaphore(shake.started);
+  Visitor visitor(section);
   thread_leavecriticalsection(section);
-  EXPECT_FALSE(thread_waitsemaphore(shake.release, 50));
+  EXPECT_FALSE(thread_waitsemaphore(visitor.done.handle, 50));  // true only with a broken lock
+  EXPECT_TRUE(thread_running(visitor.thread));
   thread_leavecriticalsection(section);
-  EXPECT_TRUE(thread_waitsemaphore(shake.release, 30000));
-  thread_await(thread);
-  thread_destroycriticalsection(section);
+  while (thread_running(visitor.thread)) std::this_thread::yield();  // hangs if it stays true
 }
 
 TEST(ThreadTest, ScopedSectionLeavesWhenExceptionPasses) {
-  Handshake shake;
   CriticalSection section;
-  shake.section = &section;
   try {
     thread_scoped_criticalsection lock(section);
     throw std::runtime_error("leave");
   } catch (const std::runtime_error&) {
   }
-  void* thread = thread_start(enterSection, &shake);
-  ASSERT_NE(thread, nullptr);
-  EXPECT_TRUE(thread_waitsemaphore(shake.release, 30000));
-  thread_await(thread);
+  Visitor visitor(section);
+  thread_waitsemaphore(visitor.done.handle);  // hangs if the section was kept
 }
 
-TEST(ThreadTest, TimedWaitTakesOnlyPostedUnits) {
-  void* semaphore = nullptr;
-  thread_initsemaphore(semaphore, 0);
-  ASSERT_NE(semaphore, nullptr);
-  const auto before = std::chrono::steady_clock::now();
-  EXPECT_FALSE(thread_waitsemaphore(semaphore, 10));
-  EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(10));
-  thread_postsemaphore(semaphore);
-  EXPECT_TRUE(thread_waitsemaphore(semaphore, 10));
-  EXPECT_FALSE(thread_waitsemaphore(semaphore, 10));
-  thread_destroysemaphore(semaphore);
-  EXPECT_EQ(semaphore, nullptr);
-}
-
-TEST(ThreadTest, KeepsCountWithinZeroTo65535) {
-  void* semaphore = nullptr;
-  thread_initsemaphore(semaphore, 2);
-  EXPECT_TRUE(thread_waitsemaphore(semaphore, 0));
-  thread_waitsemaphore(semaphore);
-  EXPECT_FALSE(thread_waitsemaphore(semaphore, 0));
-  thread_destroysemaphore(semaphore);
-
-  thread_initsemaphore(semaphore, 65535);
-  ASSERT_NE(semaphore, nullptr);
-  thread_postsemaphore(semaphore);
+TEST(ThreadTest, TimedWaitTakesOnlyPostedUnitsUpTo65535) {
+  Semaphore semaphore(0), full(65535), refused(65536);
+  EXPECT_FALSE(thread_waitsemaphore(semaphore.handle, 10));
+  thread_postsemaphore(semaphore.handle);
+  EXPECT_TRUE(thread_waitsemaphore(semaphore.handle, 10));
+  EXPECT_FALSE(thread_waitsemaphore(semaphore.handle, 10));
+  thread_postsemaphore(full.handle);
   int taken = 0;
-  while (thread_waitsemaphore(semaphore, 0)) {
-    ++taken;
-  }
+  while (thread_waitsemaphore(full.handle, 0)) ++taken;
   EXPECT_EQ(taken, 65535);
-  thread_destroysemaphore(semaphore);
+  EXPECT_TRUE(refused.handle == nullptr && Semaphore(-1).handle == nullptr);  // then ignored
+  thread_postsemaphore(refused.handle);
+  thread_waitsemaphore(refused.handle);
+  EXPECT_FALSE(thread_waitsemaphore(refused.handle, 0) || thread_running(nullptr));
 }
 
-TEST(ThreadTest, RefusesCountOutsideRangeAndIgnoresNullSemaphore) {
-  void* semaphore = &semaphore;
-  thread_initsemaphore(semaphore, -1);
-  EXPECT_EQ(semaphore, nullptr);
-  thread_initsemaphore(semaphore, 65536);
-  EXPECT_EQ(semaphore, nullptr);
-  thread_postsemaphore(semaphore);
-  thread_waitsemaphore(semaphore);
-  EXPECT_FALSE(thread_waitsemaphore(semaphore, 0));
-  thread_destroysemaphore(semaphore);
-  EXPECT_EQ(semaphore, nullptr);
+TEST(ThreadTest, PostDoesNotTouchSemaphoreAfterItsUnitIsTaken) {
+  CriticalSection section;
+  Visitor visitor(section);
+  while (!thread_waitsemaphore(visitor.done.handle, 0)) std::this_thread::yield();
+  thread_destroysemaphore(visitor.done.handle);  // the poster used to wake waiters after unlocking
 }

@@ -12,6 +12,7 @@ namespace Quiltra {
 /// optionally, the failure that caused it.
 /// Owns a heap copy of its cause; copies of an exception share that one cause object.
 /// Threads: not shared by the library; copies sharing a cause only read it.
+/// Its own operations fail only when memory runs out while copying texts or the cause.
 class QUILTRA_EXPORT Exception {
  public:
   /// An exception with an operation name and an empty description.

@@ -20,7 +20,8 @@ QUILTRA_EXPORT void thread_entercriticalsection(CriticalSection& section);
 QUILTRA_EXPORT void thread_leavecriticalsection(CriticalSection& section);
 
 /// A recursive mutual-exclusion object owned by the caller: the owning thread may enter
-/// again and must leave as often as it entered. Not copyable.
+/// again and must leave as often as it entered, while other threads block. Shared by the
+/// threads it guards; never fails. Not copyable.
 class QUILTRA_EXPORT CriticalSection {
  public:
   CriticalSection() = default;
@@ -47,12 +48,14 @@ QUILTRA_EXPORT void thread_destroycriticalsection(CriticalSection& section);
 /// A counting semaphore from 0 to 65535, stored in semaphore; null when the initial
 /// count is outside that range.
 QUILTRA_EXPORT void thread_initsemaphore(void*& semaphore, int initialCount);
+/// Frees the semaphore and nulls the variable, so that later calls ignore it.
 QUILTRA_EXPORT void thread_destroysemaphore(void*& semaphore);
 /// Takes one unit, blocking while the count is 0. Returns at once on a null semaphore.
 QUILTRA_EXPORT void thread_waitsemaphore(void*& semaphore);
 /// Takes one unit within milliseconds, measured on a monotonic clock; false on time-out.
 QUILTRA_EXPORT bool thread_waitsemaphore(void*& semaphore, unsigned long milliseconds);
-/// Adds one unit unless the count is already 65535.
+/// Adds one unit unless the count is already 65535. Touches nothing once the unit can be
+/// taken, so its taker may destroy the semaphore at once.
 QUILTRA_EXPORT void thread_postsemaphore(void*& semaphore);
 
 /// Enters a critical section for the lifetime of the object, leaving it however the
