@@ -55,12 +55,13 @@ int compareValueBytes(const Value& mine, const Value& theirs) {
   return 0;
 }
 
-// Both items present: the own entries of mine, looked up through every layer of theirs.
+// Both items present: the own entries of mine, looked up through every layer of theirs
+// (one search per layer; an empty answer is what hasTag would call absent).
 bool itemsEqual(const Tree& mine, const Tree& theirs, double tolerance) {
   if (mine.tags().size() != theirs.tags().size()) return false;
   for (const auto& [id, tag] : mine.tags()) {
-    if (!theirs.hasTag(id, AllLayers)) return false;
-    if (!tag->isEqual(*theirs.getTag(id, AllLayers), tolerance)) return false;
+    const std::shared_ptr<const Tag> match = theirs.getTag(id, AllLayers);
+    if (!match || !tag->isEqual(*match, tolerance)) return false;
   }
   return true;
 }

@@ -272,21 +272,21 @@ double to_Double(const Value& value, Vr vr) {
   throw Exception(kMethod, unexpectedVr());
 }
 
-std::pair<Date, Time> to_DateTime(const Value& value, Vr /*vr*/) {
+std::pair<Date, Time> to_DateTime(const Value& value) {
   return Quiltra_Utils::toDateTime(textOf(value));
 }
 
 Date to_Date(const Value& value, Vr vr) {
   static const std::string kMethod("to_Date");
   if (vr == DA) return Quiltra_Utils::toDate(textOf(value));
-  if (vr == DT) return to_DateTime(value, vr).first;
+  if (vr == DT) return to_DateTime(value).first;
   throw Exception(kMethod, unexpectedVr());
 }
 
 Time to_Time(const Value& value, Vr vr) {
   static const std::string kMethod("to_Time");
   if (vr == TM) return Quiltra_Utils::toTime(textOf(value));
-  if (vr == DT) return to_DateTime(value, vr).second;
+  if (vr == DT) return to_DateTime(value).second;
   throw Exception(kMethod, unexpectedVr());
 }
 
@@ -318,64 +318,54 @@ std::string to_String(const Value& value, Vr vr) {
 
 // --- Readers ---------------------------------------------------------------------------
 
-int Tag::toInt(unsigned int index) const {
-  typeChecking(VRC_INT);
+// The checks of the readers in their two orders, each followed by nullChecking.
+const Value& Tag::readableTypeFirst(const VRCType& type, unsigned int index) const {
+  typeChecking(type);
   rangeChecking(index);
   nullChecking(_values[index]);
-  return to_Int(_values[index], _info.vr());
+  return _values[index];
+}
+
+const Value& Tag::readableRangeFirst(const VRCType& type, unsigned int index) const {
+  typeAndRangeChecking(type, index);
+  nullChecking(_values[index]);
+  return _values[index];
+}
+
+int Tag::toInt(unsigned int index) const {
+  return to_Int(readableTypeFirst(VRC_INT, index), _info.vr());
 }
 
 unsigned int Tag::toUInt(unsigned int index) const {
-  typeAndRangeChecking(VRC_UINT, index);
-  nullChecking(_values[index]);
-  return to_UInt(_values[index], _info.vr());
+  return to_UInt(readableRangeFirst(VRC_UINT, index), _info.vr());
 }
 
 short Tag::toShort(unsigned int index) const {
-  typeAndRangeChecking(VRC_SHORT, index);
-  nullChecking(_values[index]);
-  return toSigned16(loadLittleEndian(_values[index], 2));
+  return toSigned16(loadLittleEndian(readableRangeFirst(VRC_SHORT, index), 2));
 }
 
 unsigned short Tag::toUShort(unsigned int index) const {
-  typeAndRangeChecking(VRC_USHORT, index);
-  nullChecking(_values[index]);
-  return static_cast<unsigned short>(loadLittleEndian(_values[index], 2));
+  return static_cast<unsigned short>(loadLittleEndian(readableRangeFirst(VRC_USHORT, index), 2));
 }
 
 float Tag::toFloat(unsigned int index) const {
-  typeChecking(VRC_FLOAT);
-  rangeChecking(index);
-  nullChecking(_values[index]);
-  return to_Float(_values[index], _info.vr());
+  return to_Float(readableTypeFirst(VRC_FLOAT, index), _info.vr());
 }
 
 double Tag::toDouble(unsigned int index) const {
-  typeChecking(VRC_DOUBLE);
-  rangeChecking(index);
-  nullChecking(_values[index]);
-  return to_Double(_values[index], _info.vr());
+  return to_Double(readableTypeFirst(VRC_DOUBLE, index), _info.vr());
 }
 
 Date Tag::toDate(unsigned int index) const {
-  typeChecking(VRC_DATE);
-  rangeChecking(index);
-  nullChecking(_values[index]);
-  return to_Date(_values[index], _info.vr());
+  return to_Date(readableTypeFirst(VRC_DATE, index), _info.vr());
 }
 
 Time Tag::toTime(unsigned int index) const {
-  typeChecking(VRC_TIME);
-  rangeChecking(index);
-  nullChecking(_values[index]);
-  return to_Time(_values[index], _info.vr());
+  return to_Time(readableTypeFirst(VRC_TIME, index), _info.vr());
 }
 
 std::pair<Date, Time> Tag::toDateTime(unsigned int index) const {
-  typeChecking(VRC_DATETIME);
-  rangeChecking(index);
-  nullChecking(_values[index]);
-  return to_DateTime(_values[index], _info.vr());
+  return to_DateTime(readableTypeFirst(VRC_DATETIME, index));
 }
 
 std::string Tag::toString(unsigned int index) const {
@@ -518,40 +508,36 @@ void Tag::setValue(std::pair<Date, Time> value, unsigned int index) {
 
 // --- Appenders: the appended empty value stays when the write fails -------------------
 
-void Tag::addValue(int value) {
-  typeChecking(VRC_INT);
+// The type check comes before anything is appended.
+template <class T>
+void Tag::addChecked(const VRCType& type, T value) {
+  typeChecking(type);
   addValue();
-  setValue(value, numberOfValues() - 1);
+  setValue(std::move(value), numberOfValues() - 1);
+}
+
+void Tag::addValue(int value) {
+  addChecked(VRC_INT, value);
 }
 
 void Tag::addValue(unsigned int value) {
-  typeChecking(VRC_UINT);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_UINT, value);
 }
 
 void Tag::addValue(short value) {
-  typeChecking(VRC_SHORT);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_SHORT, value);
 }
 
 void Tag::addValue(unsigned short value) {
-  typeChecking(VRC_USHORT);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_USHORT, value);
 }
 
 void Tag::addValue(float value) {
-  typeChecking(VRC_FLOAT);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_FLOAT, value);
 }
 
 void Tag::addValue(double value) {
-  typeChecking(VRC_DOUBLE);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_DOUBLE, value);
 }
 
 // LT, ST and UT hold free text, so their backslashes are kept; every other text is one
@@ -561,29 +547,23 @@ void Tag::addValue(std::string text) {
   if (isOfType(VRC_BINARY)) throw Exception(kMethod, notForStrings());
   const Vr vr = _info.vr();
   if (vr == LT || vr == ST || vr == UT) return addValue().setData(text);
-  const std::vector<std::string> pieces = Quiltra_Utils::split(text, '\\', false);
-  for (const std::string& piece : pieces) {
+  std::vector<std::string> pieces = Quiltra_Utils::split(text, '\\', false);
+  for (std::string& piece : pieces) {
     addValue();
-    setValue(piece, numberOfValues() - 1);
+    setValue(std::move(piece), numberOfValues() - 1);
   }
 }
 
 void Tag::addValue(Date date) {
-  typeChecking(VRC_DATE);
-  addValue();
-  setValue(date, numberOfValues() - 1);
+  addChecked(VRC_DATE, date);
 }
 
 void Tag::addValue(Time time) {
-  typeChecking(VRC_TIME);
-  addValue();
-  setValue(time, numberOfValues() - 1);
+  addChecked(VRC_TIME, time);
 }
 
 void Tag::addValue(std::pair<Date, Time> value) {
-  typeChecking(VRC_DATETIME);
-  addValue();
-  setValue(value, numberOfValues() - 1);
+  addChecked(VRC_DATETIME, std::move(value));
 }
 
 }  // namespace Quiltra

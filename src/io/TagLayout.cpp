@@ -1,26 +1,28 @@
-// The two storage forms of a Tag.
-//
-// Binary (typed fields; u32 = code 02 00 00 00 then 4 bytes little-endian):
-//   TagInfo                          its own binary form
-//   0B 00 00 00                      vector code
-//   V                                value count, 4 raw bytes, no code of its own
-//   V x Value                        each in its own binary form
-//   u32 I                            sequence item count
-//   I x Tree                         each in its own binary form
-// So an element with no values and no items ends in 0B 00 00 00 00 00 00 00
-// 02 00 00 00 00 00 00 00.
-//
-// Text (two characters per byte, no separators):
-//   TagInfo                          its own text form
-//   unsigned V                       8 characters
-//   V x Value
-//   unsigned I                       8 characters
-//   I x Tree
-//
-// A null item slot has no form in either, so both writers refuse it. Counts read back are
-// never trusted: entries are appended one at a time as they are read, so a forged count
-// ends in the source's end-of-input failure (binary) or at the failed stream (text).
-
+/*
+ * The two storage forms of a Tag.
+ *
+ * Binary (typed fields; u32 = code 02 00 00 00 then 4 bytes little-endian):
+ *   TagInfo                          its own binary form
+ *   0B 00 00 00                      vector code
+ *   V                                value count, 4 raw bytes, no code of its own
+ *   V x Value                        each in its own binary form
+ *   u32 I                            sequence item count
+ *   I x Tree                         each in its own binary form
+ * So an element with no values and no items ends in 0B 00 00 00 00 00 00 00
+ * 02 00 00 00 00 00 00 00.
+ *
+ * Text (two characters per byte, no separators):
+ *   TagInfo                          its own text form
+ *   unsigned V                       8 characters
+ *   V x Value
+ *   unsigned I                       8 characters
+ *   I x Tree
+ *
+ * A null item slot has no form in either, so both writers refuse it before writing
+ * anything. Counts read back are never trusted: entries are appended one at a time as they
+ * are read, so a forged count ends in the source's end-of-input failure (binary) or at the
+ * failed stream (text).
+ */
 #include "quiltra/element/Tag.h"
 
 #include <cstdint>
@@ -44,7 +46,6 @@ const std::string& nullSequenceItem() {
   return kText;
 }
 
-// Checked before anything of the element is written.
 void refuseNullItems(const Tag::Items& items, const std::string& method) {
   for (const std::shared_ptr<Tree>& item : items) {
     if (!item) throw Exception(method, nullSequenceItem());

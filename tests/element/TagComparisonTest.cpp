@@ -1,205 +1,85 @@
 #include "support/QuiltraTestSupport.h"
 
-#include <cstdint>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <initializer_list>
-#include <memory>
-#include <string>
-#include <vector>
+#include <tuple>
 
-#include <quiltra/core/TagInfo.h>
-#include <quiltra/core/Value.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 
 namespace Quiltra {
 namespace {
 
-using QuiltraTest::expectQuiltraError;
-using Bytes = std::vector<unsigned char>;
-
-const TagId kId(0x0018, 0x0050);
 const TagId kOtherId(0x0018, 0x0088);
-const TagId kSequenceId(0x0008, 0x1115);
 
-Bytes littleEndian(std::uint64_t bits, unsigned int width) {
-  Bytes bytes;
-  for (unsigned int i = 0; i < width; ++i)
-    bytes.push_back(static_cast<unsigned char>(bits >> 8 * i));
-  return bytes;
-}
-
-// The stored bytes of a number in a binary representation.
-Bytes encode(Vr vr, double number) {
-  switch (vr) {
-    case SS:
-      return littleEndian(static_cast<std::uint16_t>(static_cast<std::int16_t>(number)), 2);
-    case US:
-      return littleEndian(static_cast<std::uint16_t>(number), 2);
-    case SL:
-      return littleEndian(static_cast<std::uint32_t>(static_cast<std::int32_t>(number)), 4);
-    case UL:
-      return littleEndian(static_cast<std::uint32_t>(number), 4);
-    case FL: {
-      const float single = static_cast<float>(number);
-      std::uint32_t bits = 0;
-      std::memcpy(&bits, &single, sizeof bits);
-      return littleEndian(bits, 4);
-    }
-    default: {
-      std::uint64_t bits = 0;
-      std::memcpy(&bits, &number, sizeof bits);
-      return littleEndian(bits, 8);
-    }
-  }
-}
-
-Tag withBytes(Vr vr, std::initializer_list<Bytes> values, const TagId& id = kId) {
+// The values of a backslash-separated text, each written as vr takes it.
+Tag values(Vr vr, const std::string& text, const TagId& id = TagId(0x0018, 0x0050)) {
   Tag tag(TagInfo(id, "Sample", vr, {1, 1}));
-  for (const Bytes& bytes : values) {
-    tag.addValue().setData(static_cast<unsigned int>(bytes.size()), bytes.data());
+  if (!text.empty()) tag.addValue(text);
+  return tag;
+}
+Tag bytes(std::vector<unsigned char> raw) {
+  Tag tag = values(OB, "");
+  tag.addValue().setData(static_cast<unsigned int>(raw.size()), raw.data());
+  return tag;
+}
+Tag sequenceOf(std::initializer_list<Tag> elements, std::shared_ptr<Tree> parent = nullptr) {
+  Tag tag = values(SQ, "", kOtherId);
+  tag.addSequenceItem(std::make_shared<Tree>(parent));
+  for (const Tag& element : elements) tag.sequenceItems()[0]->addTag(element.copy());
+  return tag;
+}
+
+TEST(TagComparisonTest, ComparesAndEqualsByNumericSetToleranceAndBytes) {
+  const std::tuple<Tag, Tag, double, int, bool> cases[] = {
+      {values(CS, ""), values(FD, ""), 0.0, 0, true},
+      {values(SL, "1\\2"), values(SL, "1\\2\\3"), 0.0, -1, false},  // more values last
+      {values(US, "1\\3"), values(SL, "1\\2\\3"), 0.0, 1, false},   // a value decides first
+      {values(SL, "2147483647"), values(SL, "-1"), 0.0, 1, false},
+      {values(UL, "4294967295"), values(UL, "4294967294"), 0.0, 1, false},
+      {values(IS, "10"), values(FD, "10"), 0.0, 0, false},
+      {values(FD, "100"), values(FD, "100.5"), 0.01, 0, false},  // 0.5 <= 0.01 * 100.5
+      {values(FD, "100"), values(FD, "100.5"), -0.01, 0, false},
+      {values(FD, "100.5"), values(FD, "100"), 0.001, 1, false},
+      {values(FD, "1"), values(FD, "1.5"), 0.5, 0, true},  // the bound counts as equal
+      {values(DS, "1.0"), values(FL, "1.25"), 0.5, 0, true},
+      {values(FL, "1"), values(FD, "1"), 0.0, 0, false},
+      {values(SL, "100"), values(SL, "101"), 5.0, -1, false},  // integers ignore tolerance
+      {values(UL, "100"), values(SL, "101"), 0.5, 0, false},   // UL is not integral
+      {values(CS, "AB"), values(CS, "ABC"), 0.0, -1, false},
+      {values(CS, "B"), values(FD, "1"), 0.0, 1, false},  // mixed sets compare bytes
+      {values(CS, "\x80"), values(CS, "\x01"), 0.0, 1, false},
+      {bytes({1, 0, 5}), bytes({1, 0, 7}), 0.0, 0, false},  // a shared zero byte ends it
+      {bytes({1, 2}), bytes({1, 2, 3}), 0.0, 0, false},
+      {bytes({}), bytes({9}), 0.0, 0, false},
+      {values(CS, "A"), values(CS, "A", kOtherId), 0.0, 0, false},
+      {values(CS, "A"), values(LO, "A"), 0.0, 0, true},  // the description is not compared
+  };
+  for (const auto& [a, b, tolerance, order, equal] : cases) {
+    const int result = a.compare(b, tolerance);
+    EXPECT_EQ((result > 0) - (result < 0), order) << toString(a.info().vr()) << " at " << tolerance;
+    EXPECT_EQ(a.isEqual(b, tolerance), equal) << toString(a.info().vr()) << " at " << tolerance;
   }
-  return tag;
 }
 
-Tag numbers(Vr vr, std::initializer_list<double> values, const TagId& id = kId) {
-  Tag tag = withBytes(vr, {}, id);
-  for (double number : values) {
-    const Bytes bytes = encode(vr, number);
-    tag.addValue().setData(static_cast<unsigned int>(bytes.size()), bytes.data());
-  }
-  return tag;
-}
-
-Tag texts(Vr vr, std::initializer_list<const char*> values, const TagId& id = kId) {
-  Tag tag = withBytes(vr, {}, id);
-  for (const char* text : values) tag.addValue().setData(std::string(text));
-  return tag;
-}
-
-// A sequence of one item holding the given elements.
-Tag sequenceWith(std::initializer_list<Tag> elements) {
-  auto item = std::make_shared<Tree>();
-  for (const Tag& element : elements) item->addTag(std::make_shared<Tag>(element));
-  Tag tag(TagInfo(kSequenceId, "Items", SQ, {1, 1}));
-  tag.addSequenceItem(item);
-  return tag;
-}
-
-TEST(TagComparisonTest, ElementsWithoutValuesCompareEqual) {
-  EXPECT_EQ(texts(CS, {}).compare(numbers(FD, {}), 0.0), 0);
-  EXPECT_EQ(numbers(SL, {}).compare(numbers(SL, {}), 0.0), 0);
-}
-
-TEST(TagComparisonTest, OrdersByCommonValuesThenByCount) {
-  EXPECT_EQ(numbers(SL, {1, 2}).compare(numbers(SL, {1, 2, 3}), 0.0), -1);
-  EXPECT_EQ(numbers(SL, {1, 2, 3}).compare(numbers(SL, {1, 2}), 0.0), 1);
-  EXPECT_EQ(numbers(SL, {1, 3}).compare(numbers(SL, {1, 2, 3}), 0.0), 1);
-  EXPECT_EQ(numbers(SL, {1, 2}).compare(numbers(SL, {1, 3}), 0.0), -1);
-  EXPECT_EQ(numbers(SL, {2147483647}).compare(numbers(SL, {-1}), 0.0), 1);
-}
-
-TEST(TagComparisonTest, ReadsEachSideByItsOwnRepresentation) {
-  EXPECT_EQ(numbers(UL, {4294967295.0}).compare(numbers(UL, {1}), 0.0), 1);
-  EXPECT_EQ(numbers(UL, {4294967294.0}).compare(numbers(UL, {4294967295.0}), 0.0), -1);
-  EXPECT_EQ(texts(IS, {"10"}).compare(numbers(FD, {10.0}), 0.0), 0);
-  EXPECT_EQ(texts(IS, {"10"}).compare(numbers(FD, {10.5}), 0.0), -1);
-  EXPECT_EQ(numbers(US, {65535}).compare(numbers(SS, {-1}), 0.0), 1);
-  EXPECT_EQ(texts(DS, {"2.5"}).compare(numbers(FL, {2.5}), 0.0), 0);
-}
-
-TEST(TagComparisonTest, AppliesRelativeToleranceExceptToIntegralPairs) {
-  const Tag low = numbers(FD, {100.0});
-  const Tag high = numbers(FD, {100.5});
-  EXPECT_EQ(low.compare(high, 0.01), 0);
-  EXPECT_EQ(low.compare(high, -0.01), 0);  // sign ignored
-  EXPECT_EQ(low.compare(high, 0.001), -1);
-  EXPECT_EQ(high.compare(low, 0.001), 1);
-  EXPECT_EQ(low.compare(high, 0.0), -1);
-  EXPECT_EQ(numbers(SL, {100}).compare(numbers(SL, {101}), 0.5), -1);
-  EXPECT_EQ(numbers(UL, {100}).compare(numbers(SL, {101}), 0.5), 0);  // UL is not integral
-}
-
-TEST(TagComparisonTest, ComparesNonNumericPairsByteWise) {
-  EXPECT_LT(texts(CS, {"AB"}).compare(texts(CS, {"ABC"}), 0.0), 0);
-  EXPECT_GT(texts(CS, {"ABC"}).compare(texts(CS, {"AB"}), 0.0), 0);
-  EXPECT_GT(texts(CS, {"B"}).compare(numbers(FD, {1.0}), 0.0), 0);              // mixed sets: bytes
-  EXPECT_GT(withBytes(OB, {{0x80}}).compare(withBytes(OB, {{0x01}}), 0.0), 0);  // unsigned
-  EXPECT_EQ(withBytes(OB, {{1, 0, 5}}).compare(withBytes(OB, {{1, 0, 7}}), 0.0), 0);
-  EXPECT_EQ(withBytes(OB, {{1, 2}}).compare(withBytes(OB, {{1, 2, 3}}), 0.0), 0);
-  EXPECT_EQ(withBytes(OB, {{}}).compare(withBytes(OB, {{9}}), 0.0), 0);
-  EXPECT_LT(withBytes(OB, {{1}, {2}}).compare(withBytes(OB, {{1}, {3}}), 0.0), 0);
-}
-
-TEST(TagComparisonTest, RejectsNullNumericValues) {
-  Tag empty = numbers(SL, {});
-  empty.addValue();
-  expectQuiltraError([&] { empty.compare(numbers(SL, {1}), 0.0); }, "nullChecking", "");
-  expectQuiltraError([&] { numbers(FD, {1}).compare(empty, 0.5); }, "nullChecking", "");
-}
-
-TEST(TagComparisonTest, IsEqualUsesAbsoluteToleranceOnlyForFloatingPairs) {
-  EXPECT_TRUE(numbers(FD, {1.0}).isEqual(numbers(FD, {1.005}), 0.01));
-  EXPECT_FALSE(numbers(FD, {1.0}).isEqual(numbers(FD, {1.005}), 0.001));
-  EXPECT_TRUE(numbers(FD, {1.0}).isEqual(numbers(FD, {1.5}), 0.5));  // the bound is equal
-  EXPECT_FALSE(numbers(FD, {100.0}).isEqual(numbers(FD, {100.5}), 0.01));
-  EXPECT_TRUE(texts(DS, {"1.0"}).isEqual(numbers(FL, {1.25}), 0.5));
-  EXPECT_FALSE(numbers(SL, {1}).isEqual(numbers(SL, {2}), 5.0));
-  EXPECT_FALSE(numbers(FL, {1.0}) == numbers(FD, {1.0}));
-  EXPECT_TRUE(numbers(FL, {1.0}) != numbers(FD, {1.0}));
-  EXPECT_TRUE(numbers(FL, {1.0}).isEqual(numbers(FD, {1.0}), 1e-9));
-  EXPECT_TRUE(numbers(FD, {1.0, 2.0}) == numbers(FD, {1.0, 2.0}));
-}
-
-TEST(TagComparisonTest, IsEqualComparesIdAndValueCountButNotTheDescription) {
-  EXPECT_FALSE(texts(CS, {"A"}).isEqual(texts(CS, {"A"}, kOtherId), 0.0));
-  EXPECT_FALSE(texts(CS, {"A"}).isEqual(texts(CS, {"A", "B"}), 0.0));
-  EXPECT_FALSE(texts(CS, {"A"}).isEqual(texts(CS, {"B"}), 0.0));
-  EXPECT_TRUE(texts(CS, {"A"}).isEqual(texts(LO, {"A"}), 0.0));
-}
-
-TEST(TagComparisonTest, IsEqualWalksSequenceItems) {
-  const Tag element = texts(CS, {"A"});
-  const Tag near = numbers(FD, {1.0}, kOtherId);
-  const Tag sequence = sequenceWith({element, near});
-  EXPECT_TRUE(sequence.isEqual(sequenceWith({element, near}), 0.0));
-  EXPECT_TRUE(sequence.isEqual(sequenceWith({element, numbers(FD, {1.1}, kOtherId)}), 0.2));
-  EXPECT_FALSE(sequence.isEqual(sequenceWith({element, numbers(FD, {1.1}, kOtherId)}), 0.0));
-  EXPECT_FALSE(sequence.isEqual(sequenceWith({element}), 0.0));
-  EXPECT_FALSE(sequenceWith({element}).isEqual(sequence, 0.0));
-  EXPECT_FALSE(sequence.isEqual(sequenceWith({element, texts(CS, {"A"}, kSequenceId)}), 0.0));
-}
-
-TEST(TagComparisonTest, IsEqualLooksUpItemElementsThroughTheOtherItemsLayers) {
+TEST(TagComparisonTest, IsEqualWalksItemsThroughTheOtherItemsLayersAndNullItems) {
+  const Tag a = values(CS, "A");
+  const Tag sequence = sequenceOf({a, values(FD, "1", kOtherId)});
+  const Tag near = sequenceOf({a, values(FD, "1.1", kOtherId)});
+  EXPECT_TRUE(sequence.isEqual(near, 0.2) && !sequence.isEqual(near, 0.0));
+  EXPECT_FALSE(sequenceOf({a}).isEqual(sequence, 0.0));  // B has one more own element
+  EXPECT_FALSE(sequence.isEqual(sequenceOf({a, values(CS, "A", TagId(0x00200010u))}), 0.0));
   auto parent = std::make_shared<Tree>();
-  parent->addTag(std::make_shared<Tag>(texts(CS, {"A"})));
-  auto layered = std::make_shared<Tree>(parent);
-  layered->addTag(std::make_shared<Tag>(texts(CS, {"B"}, kOtherId)));
-  Tag other(TagInfo(kSequenceId, "Items", SQ, {1, 1}));
-  other.addSequenceItem(layered);
-  EXPECT_TRUE(sequenceWith({texts(CS, {"A"})}).isEqual(other, 0.0));
-}
-
-TEST(TagComparisonTest, IsEqualTreatsNullItemsAsEqualOnlyToNullItems) {
-  Tag withNull = sequenceWith({texts(CS, {"A"})});
-  withNull.addSequenceItem();
-  Tag bothNull = sequenceWith({texts(CS, {"A"})});
-  bothNull.addSequenceItem();
-  Tag withTree = sequenceWith({texts(CS, {"A"})});
-  withTree.addSequenceItem(std::make_shared<Tree>());
-  EXPECT_TRUE(withNull.isEqual(bothNull, 0.0));
-  EXPECT_FALSE(withNull.isEqual(withTree, 0.0));
-  EXPECT_FALSE(withTree.isEqual(withNull, 0.0));
-}
-
-TEST(TagComparisonTest, IsEqualRejectsANonSequenceAgainstASequenceWithItems) {
-  Tag impostor = texts(CS, {}, kSequenceId);
+  parent->addTag(a.copy());
+  EXPECT_TRUE(sequenceOf({a}).isEqual(sequenceOf({values(CS, "B", kOtherId)}, parent), 0.0));
+  Tag null = sequenceOf({});  // null items equal only null items
+  null.sequenceItems()[0].reset();
+  EXPECT_TRUE(null.isEqual(Tag(null), 0.0));
+  EXPECT_FALSE(null.isEqual(sequenceOf({}), 0.0) || sequenceOf({}).isEqual(null, 0.0));
+  Tag impostor = values(CS, "", kOtherId);  // same id, no values, one item, not SQ
   impostor.addSequenceItem();
-  expectQuiltraError([&] { sequenceWith({}).isEqual(impostor, 0.0); }, "Tag::typeChecking",
-                     "illegal type");
-  Tag bare(TagInfo(kSequenceId, "Items", SQ, {1, 1}));
-  EXPECT_TRUE(bare.isEqual(texts(CS, {}, kSequenceId), 0.0));  // no items, no check
+  QuiltraTest::expectQuiltraError([&] { sequenceOf({}).isEqual(impostor, 0.0); },
+                                  "Tag::typeChecking", "illegal type");
 }
 
 }  // namespace

@@ -105,7 +105,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   void setValue(Time time, unsigned int index);
   void setValue(std::pair<Date, Time> value, unsigned int index);
 
-  // Typed appenders: append an empty value, then write it; it stays, empty, on failure.
+  // Typed appenders: check the type, append an empty value, then write it; the appended
+  // value stays, empty, when the write fails.
   void addValue(int value);
   void addValue(unsigned int value);
   void addValue(short value);
@@ -142,6 +143,12 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   void rangeChecking(const unsigned int& index) const;
   void sequenceRangeChecking(const unsigned int& index) const;
   void typeAndRangeChecking(const VRCType& type, const unsigned int& index) const;
+  /// The value index after the reader checks in either order and nullChecking.
+  const Value& readableTypeFirst(const VRCType& type, unsigned int index) const;
+  const Value& readableRangeFirst(const VRCType& type, unsigned int index) const;
+  /// The typed appenders: check the type, append an empty value, write it with setValue.
+  template <class T>
+  void addChecked(const VRCType& type, T value);
   int compareNumerical(const Tag& other, int count, double tolerance) const;
   int compareBytes(const Tag& other, int count) const;
 
