@@ -88,5 +88,22 @@ TEST(TagLayoutTest, ReadsForgedCountsOnlyAsFarAsTheInputGoes) {
   EXPECT_EQ(readOverSample(text + "00000000/?/?/?/?").numberOfSequenceItems(), 1u);
 }
 
+// A cut anywhere in a valid encoding ends in the end-of-input failure (binary) or in a
+// partly read element (text), never in a crash or an out-of-bounds read.
+TEST(TagLayoutTest, ReadsEveryTruncationCleanly) {
+  const auto [binary, text] = forms(sample());
+  for (std::size_t size = 0; size < binary.size(); ++size) {
+    Quiltra_Serialization::MemorySource source(Bytes(binary.begin(), binary.begin() + size));
+    Tag tag;
+    EXPECT_THROW(tag.deserializeX(source), Exception) << "cut at " << size;
+  }
+  for (std::size_t size = 0; size < text.size(); ++size) {
+    std::istringstream in(text.substr(0, size));
+    Tag tag;
+    tag.fromStream(in);
+    EXPECT_LE(tag.numberOfValues() + tag.numberOfSequenceItems(), 4u) << "cut at " << size;
+  }
+}
+
 }  // namespace
 }  // namespace Quiltra
