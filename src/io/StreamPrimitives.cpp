@@ -15,6 +15,8 @@
  */
 #include "quiltra/io/StreamPrimitives.h"
 
+#include "StreamBytes.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -87,16 +89,21 @@ void toStream(std::ostream& out, const std::string& value) {
   toStream(out, reinterpret_cast<const unsigned char*>(value.data()), length);
 }
 
-void fromStream(std::istream& in, unsigned char* bytes, unsigned int n) {
+unsigned int decodeBytes(std::istream& in, unsigned char* bytes, unsigned int n) {
   for (unsigned int i = 0; i < n; ++i) {
     char high = 0;
     char low = 0;
-    if (!(in >> high >> low)) return;
+    if (!(in >> high >> low)) return i;
     // Unsigned arithmetic: characters below 0x30 wrap instead of overflowing.
     const unsigned int highPart = static_cast<unsigned char>(high) - 0x30u;
     const unsigned int lowPart = static_cast<unsigned char>(low) - 0x30u;
     bytes[i] = static_cast<unsigned char>(((highPart << 4) + lowPart) & 0xFFu);
   }
+  return n;
+}
+
+void fromStream(std::istream& in, unsigned char* bytes, unsigned int n) {
+  decodeBytes(in, bytes, n);
 }
 
 void fromStream(std::istream& in, int& value) {

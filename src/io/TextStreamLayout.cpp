@@ -11,12 +11,17 @@
  * an object is assigned what was read, so a cut stream leaves zero counts and empty names.
  * Value::fromStream releases the old buffer and ignores the stored capacity. Without the
  * buffer flag the value is null whatever S says (the writer never puts S > 0 without a
- * buffer). With it, S is not trusted: bytes are read one at a time into a growing vector
- * while the stream delivers them, so the memory used follows the input, not S. When all
- * S bytes arrive the value holds them (size = capacity = S); when the stream ends early it
- * holds exactly the bytes that did arrive (size = capacity = that count, null for none).
+ * buffer). With it, S is not trusted: bytes are read in bounded chunks into a growing
+ * vector while the stream delivers them, so the memory used follows the input, not S.
+ * When all S bytes arrive the value holds them (size = capacity = S); when the stream ends
+ * early it holds exactly the bytes that did arrive (size = capacity = that count, null for
+ * none).
  */
 
+#include "StreamBytes.h"
+
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,14 +35,21 @@ namespace Quiltra {
 
 namespace {
 
+// Bounds what a forged size can make the reader allocate beyond what the stream holds.
+constexpr unsigned int kChunkSize = 64 * 1024;
+
 // Reads up to count bytes, as many as the stream still holds.
 std::vector<unsigned char> readAvailable(std::istream& in, unsigned int count) {
   std::vector<unsigned char> bytes;
-  for (unsigned int read = 0; read < count; ++read) {
-    unsigned char byte = 0;
-    Quiltra_Utils::fromStream(in, &byte, 1);
-    if (!in) break;
-    bytes.push_back(byte);
+  while (bytes.size() < count) {
+    const std::size_t start = bytes.size();
+    const auto chunk = static_cast<unsigned int>(std::min<std::size_t>(count - start, kChunkSize));
+    bytes.resize(start + chunk);
+    const unsigned int arrived = Quiltra_Utils::decodeBytes(in, bytes.data() + start, chunk);
+    if (arrived < chunk) {
+      bytes.resize(start + arrived);
+      break;
+    }
   }
   return bytes;
 }

@@ -16,7 +16,9 @@ namespace Quiltra {
 class Dict;
 
 /// The description of a data element: tag, name, value representation and multiplicity.
-/// A plain value; the multiplicity is stored only, never enforced.
+/// A plain value; the multiplicity is stored only, never enforced. Throws nothing of its
+/// own; filling from a dictionary lets the dictionary's exceptions through.
+/// Threads: const instances may be shared.
 class QUILTRA_EXPORT TagInfo : public Quiltra_Serialization::Serializable,
                                public Quiltra_Serialization::Deserializable {
  public:

@@ -21,7 +21,8 @@ namespace Quiltra {
 /// back to tag. Concrete dictionaries come from modules that install themselves with
 /// setSingleton while the host's LoadLibraryDelegate runs.
 /// Threads: all operations are const; the current dictionary is read and replaced
-/// without a lock, so install it before concurrent use.
+/// without a lock, so install it before concurrent use. How lookups of unknown tags or
+/// names fail is the concrete dictionary's affair; singleton reports nothing of its own.
 class QUILTRA_EXPORT Dict {
  public:
   Dict() = default;

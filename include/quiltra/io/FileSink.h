@@ -11,7 +11,7 @@ namespace Quiltra_Serialization {
 
 /// A Sink that writes to a file through the standard buffered file interface.
 /// Owns its handle (opened "wb+" by the constructor, closed by the destructor); not
-/// copyable, so the handle is never closed twice.
+/// copyable, so the handle is never closed twice. Threads: one thread at a time.
 class QUILTRA_EXPORT FileSink : public Sink {
  public:
   /// Throws Exception("FileSink::FileSink", "cannot open file for writing").

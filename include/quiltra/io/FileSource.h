@@ -11,6 +11,7 @@ namespace Quiltra_Serialization {
 
 /// A Source that reads a file through the standard buffered file interface.
 /// Owns its handle (opened "rb" by the constructor, closed by the destructor); not copyable.
+/// Threads: one thread at a time.
 class QUILTRA_EXPORT FileSource : public Source {
  public:
   /// Throws Exception("FileSource::FileSource", "cannot open file for reading").

@@ -7,6 +7,8 @@ namespace Quiltra_Utils {
 
 /// The host's callback for loading the modules that supply the dictionary, readers,
 /// writers and selections. The modules register themselves while loadLibraries runs.
+/// The library never owns a delegate and calls it without a lock: loading should finish
+/// before several threads use the library. Exceptions of loadLibraries pass through.
 class QUILTRA_EXPORT LoadLibraryDelegate {
  public:
   LoadLibraryDelegate() = default;

@@ -8,7 +8,8 @@
 
 namespace Quiltra_Serialization {
 
-/// A Sink that collects the bytes in memory. Never fails short of running out of memory.
+/// A Sink that collects the bytes in memory, which it owns. Never fails short of running out
+/// of memory. Threads: one thread at a time.
 class QUILTRA_EXPORT MemorySink : public Sink {
  public:
   MemorySink() = default;

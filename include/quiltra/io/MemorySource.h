@@ -9,7 +9,8 @@
 
 namespace Quiltra_Serialization {
 
-/// A Source that reads from a byte vector it owns.
+/// A Source that reads from a byte vector it owns; fails at the end of the bytes.
+/// Threads: one thread at a time.
 class QUILTRA_EXPORT MemorySource : public Source {
  public:
   explicit MemorySource(std::vector<unsigned char> bytes);
