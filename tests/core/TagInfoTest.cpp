@@ -23,3 +23,20 @@ TEST(TagInfoTest, FillsFromDictionary) {
   EXPECT_TRUE(info.id() == TagId(0x0008, 0x0005) && info.name() == "SpecificCharacterSet");
   EXPECT_TRUE(info.vr() == Quiltra::CS && info.multiplicity() == std::make_pair(1u, 0xFFFFFFFFu));
 }
+
+// Filling asks the dictionary for the name, then the representation, then the multiplicity.
+TEST(TagInfoTest, AsksDictionaryNameThenVrThenMultiplicity) {
+  struct RecordingDict : QuiltraTest::TestDict {
+    mutable std::string asked;
+    std::string name(const TagId& id) const override {
+      return asked += "name ", TestDict::name(id);
+    }
+    Quiltra::Vr vr(const TagId& id) const override { return asked += "vr ", TestDict::vr(id); }
+    std::pair<unsigned int, unsigned int> multiplicity(const TagId& id) const override {
+      asked += "multiplicity";
+      return TestDict::multiplicity(id);
+    }
+  } dict;
+  TagInfo(TagId(0x0010, 0x0010), dict);
+  EXPECT_EQ(dict.asked, "name vr multiplicity");
+}

@@ -73,6 +73,17 @@ TEST_F(ChannelTest, WritesGoldenBytesAndReadsThemBackAfterRewind) {
   EXPECT_EQ(readSample(fromFile), kSample);
 }
 
+// A string is written up to its first zero byte, and a stored string is read up to one.
+TEST_F(ChannelTest, CutsStringsAtTheirFirstZeroByte) {
+  Quiltra_Serialization::MemorySink memory;
+  memory.write(std::string("A\0B", 3));
+  EXPECT_EQ(memory.bytes(), hex("09 00 00 00 01 00 00 00 41"));
+  MemorySource source(hex("09 00 00 00 03 00 00 00 41 00 42"));
+  std::string text;
+  source.read(text);
+  EXPECT_EQ(text, "A");
+}
+
 TEST_F(ChannelTest, RejectsShortInputAndEmptyOrImpossibleTransfers) {
   for (std::size_t size = 0; size < kSampleBytes.size(); ++size) {
     MemorySource source(Bytes(kSampleBytes.begin(), kSampleBytes.begin() + size));

@@ -45,3 +45,10 @@ TEST(StreamPrimitivesTest, ReadsZerosFromShortStream) {
   Quiltra_Utils::fromStream(cut, read.second);
   EXPECT_TRUE(read.first == "A" && read.second == 5u);  // cut at the zero byte, all bytes consumed
 }
+
+TEST(StreamPrimitivesTest, LeavesTheRestOfTheDestinationWhenTheStreamEnds) {
+  unsigned char bytes[4] = {9, 9, 9, 9};
+  std::istringstream in("41424");
+  Quiltra_Utils::fromStream(in, bytes, 4);
+  EXPECT_TRUE(bytes[0] == 0x41 && bytes[1] == 0x42 && bytes[2] == 9 && bytes[3] == 9);
+}
