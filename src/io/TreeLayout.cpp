@@ -30,7 +30,8 @@
 //   int  D: number of deletion marks
 //   D x  TagId (unsigned raw id), ascending
 // Only the own layer is written, so a Tree with a parent is refused before anything is
-// written. Counts are never trusted: a reader stops at the first failed extraction.
+// written. Counts are never trusted: once the text has ended, one more entry or mark
+// stands for all the zero-filled ones a short stream would still give.
 
 namespace Quiltra {
 
@@ -44,23 +45,28 @@ int readCount(std::istream& in) {
   return count;
 }
 
-// The entry being read when the stream fails is kept; no further entry is made, so a
-// forged count cannot make the reader loop or allocate beyond what the text holds.
+// A stream that ends reads as zeros from then on, so every entry after the end is the same
+// empty Tag under (0000,0000) and every mark after it is (0000,0000). One such entry or
+// mark stands for all of them: a forged count neither loops nor allocates past the text.
 void readEntries(std::istream& in, Tree::TagMap& tags) {
-  for (int count = readCount(in); count > 0 && in; --count) {
+  for (int count = readCount(in); count > 0; --count) {
+    const bool ended = !in;
     unsigned int key = 0;
     Quiltra_Utils::fromStream(in, key);
     auto tag = std::make_shared<Tag>();
     tag->fromStream(in);
     tags.insert_or_assign(TagId(key), std::move(tag));
+    if (ended) return;
   }
 }
 
 void readMarks(std::istream& in, std::set<unsigned int>& marks) {
-  for (int count = readCount(in); count > 0 && in; --count) {
+  for (int count = readCount(in); count > 0; --count) {
+    const bool ended = !in;
     TagId id;
     id.fromStream(in);
     marks.insert(id.rawId());
+    if (ended) return;
   }
 }
 
@@ -104,11 +110,8 @@ void Tree::toStream(std::ostream& out) const {
 
 void Tree::fromStream(std::istream& in) {
   const NestingGuard guard;
-  if (guard.exceeded()) {
-    // Too deep: read as the end of the stream, so everything after reads as zeros.
-    in.setstate(std::ios::failbit);
-    return;
-  }
+  // Too deep: read as the end of the stream, so this Tree and what follows read as zeros.
+  if (guard.exceeded()) in.setstate(std::ios::failbit);
   _parent.reset();
   _tags.clear();
   _deleted.clear();

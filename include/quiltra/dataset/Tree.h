@@ -26,6 +26,8 @@ class Tag;
 /// A lookup costs one map search and one set search per layer visited; only setTag,
 /// setTags, the copies and assignment copy elements.
 /// Threads: const members may run concurrently; changes need exclusive use.
+/// Failures: a lookup that finds nothing answers false or empty; only the storage forms
+/// throw on their own account, and exceptions of Tag pass through.
 class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
                             public Quiltra_Serialization::Deserializable,
                             public std::enable_shared_from_this<Tree> {
@@ -37,7 +39,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   Tree();
   /// A child layer; takes the parent's dictionary as it is now.
   explicit Tree(std::shared_ptr<const Tree> parent);
-  /// Deep copy of the own layer over the same parent, with the same dictionary.
+  /// Both copy forms: a deep copy of the own layer and its marks over the same parent,
+  /// with the same dictionary.
   Tree(const Tree& other);
   Tree& operator=(const Tree& other);
   ~Tree() override;
@@ -118,6 +121,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   /// The own layer and its deletion marks. Throws Exception("Tree::toStream",
   /// "cannot stream tree with parents") for a Tree with a parent.
   void toStream(std::ostream& out) const;
+  /// Replaces the own layer and marks and drops the parent; the dictionary stays. A short
+  /// stream reads as zeros, and so does nesting past 256 item levels.
   void fromStream(std::istream& in);
 
  private:
