@@ -17,9 +17,9 @@ Tree::Tree(std::shared_ptr<const Tree> parent)
 
 // The weak self-reference of enable_shared_from_this is never copied: a copy is a new object.
 Tree::Tree(const Tree& other)
-    : Quiltra_Serialization::Serializable(),
-      Quiltra_Serialization::Deserializable(),
-      std::enable_shared_from_this<Tree>() {
+    : Quiltra_Serialization::Serializable(other),
+      Quiltra_Serialization::Deserializable(other),
+      std::enable_shared_from_this<Tree>(other) {
   *this = other;
 }
 

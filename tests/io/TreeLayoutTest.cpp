@@ -72,6 +72,20 @@ std::string ownLayerText(const Tree& layer) {
   return out.str();
 }
 
+// A cut anywhere in a valid encoding of nested items ends in the end-of-input failure
+// (binary) or in a partly read tree (text), never in a crash or an out-of-bounds read.
+TEST(TreeLayoutTest, ReadsEveryTruncationCleanly) {
+  const TreePtr tree = nested(3);
+  const Bytes binary = bytesOf(*tree);
+  const std::string text = textOf(*tree);
+  for (std::size_t size = 0; size < binary.size(); ++size) {
+    EXPECT_THROW(readBinary(Bytes(binary.begin(), binary.begin() + size)), Exception) << size;
+  }
+  for (std::size_t size = 0; size < text.size(); ++size) {
+    EXPECT_LE(readText(text.substr(0, size))->tagsSize(), 2u) << "cut at " << size;
+  }
+}
+
 }  // namespace
 
 // Text: each layer's own entries and marks, exactly. Binary: the flat AllLayers view, each Tag
