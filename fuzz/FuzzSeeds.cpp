@@ -15,6 +15,9 @@
 
 namespace {
 
+using QuiltraFuzz::binaryOf;
+using QuiltraFuzz::textOf;
+
 using namespace Quiltra;
 
 std::shared_ptr<Tree> sampleTree() {
@@ -39,20 +42,6 @@ void writeSeed(const std::string& path, QuiltraFuzz::Target target, const std::s
   std::ofstream out(path, std::ios::binary);
   out.put(static_cast<char>(target));
   out << body;
-}
-
-template <class Object>
-std::string binaryOf(const Object& object) {
-  Quiltra_Serialization::MemorySink sink;
-  object.serializeX(sink);
-  return std::string(sink.bytes().begin(), sink.bytes().end());
-}
-
-template <class Object>
-std::string textOf(const Object& object) {
-  std::ostringstream out;
-  object.toStream(out);
-  return out.str();
 }
 
 template <class Object>

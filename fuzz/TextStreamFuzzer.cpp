@@ -12,12 +12,7 @@
 
 namespace {
 
-template <class Object>
-std::string textOf(const Object& object) {
-  std::ostringstream out;
-  object.toStream(out);
-  return out.str();
-}
+using QuiltraFuzz::textOf;
 
 // Reading the written text again must reproduce that text exactly.
 template <class Object>

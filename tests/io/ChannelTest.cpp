@@ -18,16 +18,10 @@ using Quiltra_Serialization::FileSink;
 using Quiltra_Serialization::FileSource;
 using Quiltra_Serialization::MemorySource;
 using QuiltraTest::expectQuiltraError;
+using QuiltraTest::hex;
 using Bytes = std::vector<unsigned char>;
 
 namespace {
-
-Bytes hex(const std::string& text) {
-  std::istringstream in(text);
-  Bytes bytes;
-  for (unsigned int byte = 0; in >> std::hex >> byte;) bytes.push_back(byte & 0xFFu);
-  return bytes;
-}
 
 // One field of every typed kind, with values that expose a wrong byte order, width or sign.
 using Sample = std::tuple<bool, int, unsigned int, short, unsigned short, long, unsigned long,

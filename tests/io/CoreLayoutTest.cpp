@@ -16,14 +16,9 @@ using Quiltra::TagId;
 using Quiltra::TagInfo;
 using Quiltra::Value;
 
-namespace {
+using QuiltraTest::hex;
 
-Bytes hex(const std::string& text) {
-  std::istringstream in(text);
-  Bytes bytes;
-  for (unsigned int byte = 0; in >> std::hex >> byte;) bytes.push_back(byte & 0xFFu);
-  return bytes;
-}
+namespace {
 
 // Both storage forms of object: the bytes of serializeX and the text of toStream.
 template <class T>

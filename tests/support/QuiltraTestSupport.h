@@ -2,7 +2,9 @@
 #define QUILTRA_TESTS_SUPPORT_QUILTRATESTSUPPORT_H_
 
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include <quiltra/core/Exception.h>
 
@@ -21,6 +23,14 @@ bool expectQuiltraError(Call&& call, const std::string& method, const std::strin
   }
   ADD_FAILURE() << "expected Exception(\"" << method << "\", \"" << description << "\")";
   return false;
+}
+
+// Bytes written as hexadecimal pairs separated by blanks: "09 00 00 00 41".
+inline std::vector<unsigned char> hex(const std::string& text) {
+  std::istringstream in(text);
+  std::vector<unsigned char> bytes;
+  for (unsigned int byte = 0; in >> std::hex >> byte;) bytes.push_back(byte & 0xFFu);
+  return bytes;
 }
 
 }  // namespace QuiltraTest
