@@ -42,8 +42,17 @@ Tree& Tree::operator=(const Tree& other) {
   return *this;
 }
 
-// Members go in reverse order of declaration: dictionary, parent, marks, elements.
-Tree::~Tree() = default;
+// Releasing the parent would run the parent's destructor, which releases its parent, and so
+// on: one nested call per layer. Instead, each parent that this Tree alone keeps alive gives
+// up its own parent before it goes, so every destructor returns after one step. A parent
+// that has other owners is simply released.
+Tree::~Tree() {
+  std::shared_ptr<const Tree> parent = std::move(_parent);
+  while (parent && parent.use_count() == 1) {
+    std::shared_ptr<const Tree> next = std::move(parent->_parent);
+    parent = std::move(next);  // destroys the old parent, which no longer holds one
+  }
+}
 
 std::shared_ptr<Tree> Tree::copy() const {
   return std::make_shared<Tree>(*this);

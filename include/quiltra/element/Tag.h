@@ -18,6 +18,7 @@
 namespace Quiltra {
 
 class Tree;
+class NestingCheck;
 
 /// One data element: its description, its raw values and, for a sequence, its items.
 /// Owns its values; shares its sequence-item Trees with whoever else holds them (an
@@ -140,6 +141,9 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   void fromStream(std::istream& in);
 
  private:
+  // Measures the nesting of what the writers would write, before they write.
+  friend class NestingCheck;
+
   bool isOfType(const VRCType& type) const { return isType(_info.vr(), type); }
   void typeChecking(const VRCType& type) const;
   void rangeChecking(const unsigned int& index) const;
