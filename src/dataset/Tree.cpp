@@ -42,6 +42,31 @@ Tree& Tree::operator=(const Tree& other) {
   return *this;
 }
 
+// The weak self-reference stays with each object, as for copies.
+Tree::Tree(Tree&& other) noexcept
+    : Quiltra_Serialization::Serializable(other),
+      Quiltra_Serialization::Deserializable(other),
+      std::enable_shared_from_this<Tree>(other),
+      _tags(std::move(other._tags)),
+      _deleted(std::move(other._deleted)),
+      _parent(std::move(other._parent)),
+      _dict(std::move(other._dict)) {
+  other._tags.clear();
+  other._deleted.clear();
+}
+
+// Everything is taken from other before this Tree's old content goes: other may live inside
+// one of its elements.
+Tree& Tree::operator=(Tree&& other) noexcept {
+  if (this == &other) return *this;
+  Tree taken(std::move(other));
+  std::swap(_tags, taken._tags);
+  std::swap(_deleted, taken._deleted);
+  std::swap(_parent, taken._parent);
+  std::swap(_dict, taken._dict);
+  return *this;  // taken releases the old content
+}
+
 // Releasing the parent would run the parent's destructor, which releases its parent, and so
 // on: one nested call per layer. Instead, each parent that this Tree alone keeps alive gives
 // up its own parent before it goes, so every destructor returns after one step. A parent

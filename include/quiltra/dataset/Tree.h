@@ -44,6 +44,10 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   /// with the same dictionary.
   Tree(const Tree& other);
   Tree& operator=(const Tree& other);
+  /// Both move forms take over the elements, marks, parent and dictionary without copying;
+  /// other is left empty, without parent or dictionary.
+  Tree(Tree&& other) noexcept;
+  Tree& operator=(Tree&& other) noexcept;
   /// Releases the elements and the parent; a long chain of parents that only this Tree
   /// keeps alive is released layer by layer, without recursion.
   ~Tree() override;

@@ -35,6 +35,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   Tag() = default;
   explicit Tag(const TagInfo& info);
   /// Deep copy: values copied, items copied through Tree::copy, null items kept null.
+  /// Assignment builds the copy before it changes anything, so a failing copy leaves the
+  /// target as it was.
   Tag(const Tag& other);
   Tag& operator=(const Tag& other);
   Tag(Tag&& other) noexcept = default;
