@@ -90,6 +90,7 @@ void toStream(std::ostream& out, const std::string& value) {
 }
 
 unsigned int decodeBytes(std::istream& in, unsigned char* bytes, unsigned int n) {
+  const ExceptionMaskOff maskOff(in);
   for (unsigned int i = 0; i < n; ++i) {
     char high = 0;
     char low = 0;

@@ -1,6 +1,7 @@
 #include "quiltra/dataset/Tree.h"
 
 #include "NestingGuard.h"
+#include "StreamBytes.h"
 
 #include <istream>
 #include <memory>
@@ -114,7 +115,10 @@ void Tree::toStream(std::ostream& out) const {
 
 void Tree::fromStream(std::istream& in) {
   // Too deep: read as the end of the stream, so this Tree and what follows read as zeros.
-  if (ItemLevel::tooDeep()) in.setstate(std::ios::failbit);
+  if (ItemLevel::tooDeep()) {
+    const Quiltra_Utils::ExceptionMaskOff maskOff(in);
+    in.setstate(std::ios::failbit);
+  }
   _parent.reset();
   _tags.clear();
   _deleted.clear();

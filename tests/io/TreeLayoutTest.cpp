@@ -2,8 +2,11 @@
 #include "support/TestDict.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include <quiltra/quiltra.h>
 
@@ -241,4 +244,74 @@ TEST(TreeLayoutTest, WritesEmptyTreeAndReadsCountsOnlyAsFarAsTheInputGoes) {
   const auto twice = readText("02000000" + entry + entry.substr(0, 12));  // kName twice
   EXPECT_EQ(twice->getTag(kName)->numberOfValues(), 0u);  // the later entry replaced the earlier
   EXPECT_EQ(textOf(*readText("00000000 7?7?7?7? 2000")), "00000000020000000000000020000000");
+}
+
+// Tree::fromStream on a stream with an exception mask once let std::ios_base::failure escape.
+// Each text reader gives the same object and state whatever the mask, and leaves the mask as
+// it found it: whole input, input cut short, no input, and nesting read as the end.
+TEST(TreeLayoutTest, TextReadersBehaveAlikeWhateverTheExceptionMask) {
+  using Read = std::function<std::string(std::istream&)>;
+  const auto asText = [](const auto& object) {
+    std::ostringstream out;
+    object.toStream(out);
+    return out.str();
+  };
+  const std::vector<std::pair<Read, std::string>> readers = {
+      {[](std::istream& in) {
+         std::string text;
+         Quiltra_Utils::fromStream(in, text);
+         return text;
+       },
+       "03000000414243"},
+      {[](std::istream& in) {
+         int number = 0;
+         bool flag = false;
+         Quiltra_Utils::fromStream(in, number);
+         Quiltra_Utils::fromStream(in, flag);
+         return std::to_string(number) + std::to_string(flag);
+       },
+       "/?/?/?/?01"},
+      {[&](std::istream& in) {
+         Value value;
+         value.fromStream(in);
+         return asText(value);
+       },
+       asText(Value(3, reinterpret_cast<const unsigned char*>("ABC")))},
+      {[&](std::istream& in) {
+         Tag tag;
+         tag.fromStream(in);
+         return asText(tag);
+       },
+       tagTextOf(*nested(2))},
+      {[&](std::istream& in) {
+         Tree tree;
+         tree.fromStream(in);
+         return asText(tree);
+       },
+       textOf(*nested(2))},
+      {[&](std::istream& in) {
+         Tree tree;
+         tree.fromStream(in);
+         const auto sequence = tree.getTag(kSequence);  // its item holds 256 levels at most
+         return sequence && sequence->numberOfSequenceItems() > 0 ? textOf(firstItem(*sequence))
+                                                                  : std::string();
+       },
+       deeper(textOf(*nested(256)), textOf(*nested(1)), textOf(*nested(0)))}};
+  const std::ios::iostate masks[] = {std::ios::failbit, std::ios::eofbit,
+                                     std::ios::failbit | std::ios::badbit | std::ios::eofbit};
+  for (const auto& [read, text] : readers) {
+    for (const std::string& input : {text, text.substr(0, text.size() / 2), std::string()}) {
+      std::istringstream plain(input);
+      const std::string expected = read(plain);
+      for (const std::ios::iostate mask : masks) {
+        std::istringstream in(input);
+        in.exceptions(mask);
+        std::string got;
+        EXPECT_NO_THROW(got = read(in)) << input.size() << " mask " << mask;
+        EXPECT_TRUE(got == expected) << input.size() << " mask " << mask;
+        EXPECT_EQ(in.rdstate(), plain.rdstate());
+        EXPECT_EQ(in.exceptions(), mask);
+      }
+    }
+  }
 }
