@@ -125,15 +125,19 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   void removePrivateTags(unsigned short group, unsigned short slot);
 
   // Storage forms.
-  /// Writes the AllLayers view flat: no parent, marks or dictionary.
+  /// Writes the AllLayers view flat: no parent, marks or dictionary. Throws
+  /// Exception("Tree::serializeX", "nesting too deep"), before writing anything, when items
+  /// nest more than 256 levels below this Tree.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
   /// Throws Exception("Tree::deserializeX", "nesting too deep") past 256 nested levels.
   void deserializeX(Quiltra_Serialization::Source& source) override;
   /// The own layer and its deletion marks. Throws Exception("Tree::toStream",
-  /// "cannot stream tree with parents") for a Tree with a parent.
+  /// "cannot stream tree with parents") for a Tree with a parent, and "nesting too deep"
+  /// when items nest more than 256 levels below it, in both cases before writing anything.
   void toStream(std::ostream& out) const;
   /// Replaces the own layer and marks and drops the parent; the dictionary stays. A short
-  /// stream reads as zeros, and so does nesting past 256 item levels.
+  /// stream reads as zeros, and so does nesting past 256 item levels. Works alike whatever
+  /// the stream's exception mask, which it leaves as it found it.
   void fromStream(std::istream& in);
 
  private:

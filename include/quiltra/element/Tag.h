@@ -135,11 +135,17 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   bool operator!=(const Tag& other) const { return !isEqual(other, 0.0); }
 
   // Storage forms.
-  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item.
+  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item, and
+  /// Exception("Tree::serializeX", "nesting too deep"), before writing anything, when items
+  /// nest more than 256 levels below this Tag.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  /// Throws Exception("Tree::deserializeX", "nesting too deep") for items more than 256
+  /// levels below this Tag.
   void deserializeX(Quiltra_Serialization::Source& source) override;
-  /// Throws Exception("Tag::toStream", "null sequence item") for a null item.
+  /// Throws Exception("Tag::toStream", "null sequence item") for a null item, and
+  /// Exception("Tree::toStream", "nesting too deep") as serializeX does.
   void toStream(std::ostream& out) const;
+  /// Items more than 256 levels below this Tag read as the end of the stream.
   void fromStream(std::istream& in);
 
  private:
