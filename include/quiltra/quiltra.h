@@ -30,5 +30,6 @@
 #include <quiltra/io/StreamPrimitives.h>
 #include <quiltra/io/TypeCode.h>
 #include <quiltra/services/Thread.h>
+#include <quiltra/services/UIDGenerator.h>
 
 #endif  // QUILTRA_QUILTRA_H_
