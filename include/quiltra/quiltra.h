@@ -21,14 +21,17 @@
 #include <quiltra/element/Tag.h>
 #include <quiltra/io/FileSink.h>
 #include <quiltra/io/FileSource.h>
+#include <quiltra/io/IOParameter.h>
 #include <quiltra/io/LoadLibraryDelegate.h>
 #include <quiltra/io/MemorySink.h>
 #include <quiltra/io/MemorySource.h>
+#include <quiltra/io/Reader.h>
 #include <quiltra/io/Serializable.h>
 #include <quiltra/io/Sink.h>
 #include <quiltra/io/Source.h>
 #include <quiltra/io/StreamPrimitives.h>
 #include <quiltra/io/TypeCode.h>
+#include <quiltra/io/Writer.h>
 #include <quiltra/services/Thread.h>
 #include <quiltra/services/UIDGenerator.h>
 
