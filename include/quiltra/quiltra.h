@@ -16,6 +16,7 @@
 #include <quiltra/core/Value.h>
 #include <quiltra/core/Vr.h>
 #include <quiltra/dataset/Dict.h>
+#include <quiltra/dataset/Message.h>
 #include <quiltra/dataset/TagSelector.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
@@ -29,6 +30,7 @@
 #include <quiltra/io/Source.h>
 #include <quiltra/io/StreamPrimitives.h>
 #include <quiltra/io/TypeCode.h>
+#include <quiltra/services/Quiltra_Unicode.h>
 #include <quiltra/services/Thread.h>
 
 #endif  // QUILTRA_QUILTRA_H_
