@@ -16,6 +16,7 @@
 #include <quiltra/core/Value.h>
 #include <quiltra/core/Vr.h>
 #include <quiltra/dataset/Dict.h>
+#include <quiltra/dataset/Message.h>
 #include <quiltra/dataset/TagSelector.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
@@ -32,6 +33,7 @@
 #include <quiltra/io/StreamPrimitives.h>
 #include <quiltra/io/TypeCode.h>
 #include <quiltra/io/Writer.h>
+#include <quiltra/services/Quiltra_Unicode.h>
 #include <quiltra/services/Thread.h>
 #include <quiltra/services/UIDGenerator.h>
 
