@@ -20,6 +20,7 @@
 #include <quiltra/dataset/TagSelector.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
+#include <quiltra/io/Dump.h>
 #include <quiltra/io/FileSink.h>
 #include <quiltra/io/FileSource.h>
 #include <quiltra/io/IOParameter.h>
@@ -31,6 +32,7 @@
 #include <quiltra/io/Sink.h>
 #include <quiltra/io/Source.h>
 #include <quiltra/io/StreamPrimitives.h>
+#include <quiltra/io/TextDump.h>
 #include <quiltra/io/TypeCode.h>
 #include <quiltra/io/Writer.h>
 #include <quiltra/services/Quiltra_Unicode.h>
