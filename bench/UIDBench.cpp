@@ -13,7 +13,7 @@ using Quiltra_Utils::UIDGenerator;
 bool initialized() {
   static const bool ready = [] {
     try {
-      UIDGenerator::initialize("1.2.826.0.1.3680043", "9", "1");
+      UIDGenerator::initialize("1.2.3", "4", "5");
       return true;
     } catch (const Quiltra::Exception&) {
       return false;
