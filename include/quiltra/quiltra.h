@@ -29,6 +29,7 @@
 #include <quiltra/io/Source.h>
 #include <quiltra/io/StreamPrimitives.h>
 #include <quiltra/io/TypeCode.h>
+#include <quiltra/multiframe/StructuredMF.h>
 #include <quiltra/services/Thread.h>
 
 #endif  // QUILTRA_QUILTRA_H_
