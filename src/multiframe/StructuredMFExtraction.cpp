@@ -18,7 +18,8 @@ namespace {
 
 // Whether every tag the data set shows is empty; true for a data set without tags.
 bool holdsNoData(const Tree& item) {
-  for (const auto& entry : *item.getTags(AllLayers)) {
+  const auto tags = item.getTags(AllLayers);
+  for (const auto& entry : *tags) {
     if (!entry.second->isEmpty()) return false;
   }
   return true;
@@ -41,7 +42,8 @@ std::shared_ptr<Tree> StructuredMF::extractTagTreeForGridPosition(
   if (!_constTree) return std::make_shared<Tree>();
   Tree::ConstTagMap wanted;
   auto keep = [&](const Tree& from, bool replace) {
-    for (const auto& entry : *from.getTags(AllLayers)) {
+    const auto tags = from.getTags(AllLayers);
+    for (const auto& entry : *tags) {
       if (isPrivateTagId(entry.first)) continue;
       if (replace) wanted[entry.first] = entry.second;
       if (!replace) wanted.emplace(entry.first, entry.second);
@@ -78,7 +80,8 @@ std::shared_ptr<Tree> StructuredMF::extractSharedTagTree() const {
   auto shared = std::make_shared<Tree>();
   if (!_constTree) return shared;
   shared->setDict(_constTree->getDict());
-  for (const auto& entry : *_constTree->getTags(AllLayers)) {
+  const auto tags = _constTree->getTags(AllLayers);
+  for (const auto& entry : *tags) {
     if (!isPrivateTagId(entry.first)) shared->setTag(entry.first, entry.second);
   }
   return shared;

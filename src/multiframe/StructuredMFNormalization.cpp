@@ -51,7 +51,8 @@ void StructuredMF::normalizeTagStructure(const std::shared_ptr<Tree>& level, dou
     }
   }
 
-  for (const TagId& id : *knownTags.tagIds(OwnLayer)) {
+  const auto knownIds = knownTags.tagIds(OwnLayer);
+  for (const TagId& id : *knownIds) {
     if (id.groupId() == kMetaGroup || id == _dimensionSequenceId) continue;
     const auto levelTag = level->getTag_rw(id);
     const auto description = knownTags.getTag(id, OwnLayer);

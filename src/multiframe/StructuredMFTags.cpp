@@ -22,7 +22,8 @@ const TagId kPerFrameFunctionalGroups(0x5200, 0x9230);
 // Calls store(id, tag) for every own tag of tree, in ascending id order.
 template <class Store>
 void forEachOwnTag(Tree& tree, Store&& store) {
-  for (const TagId& id : *tree.tagIds(OwnLayer)) store(id, tree.getTag_rw(id));
+  const auto ids = tree.tagIds(OwnLayer);  // kept alive for the whole loop
+  for (const TagId& id : *ids) store(id, tree.getTag_rw(id));
 }
 
 // The innermost hit among the reached items, else the top level's; find(tree) looks up the

@@ -71,7 +71,8 @@ inline std::string show(const std::shared_ptr<const Quiltra::Tag>& tag) {
 inline std::string idsOf(const Quiltra::Tree& tree,
                          Quiltra::TagSelector selector = Quiltra::AllLayers) {
   std::string listed;
-  for (const Quiltra::TagId& id : *tree.tagIds(selector)) {
+  const auto ids = tree.tagIds(selector);
+  for (const Quiltra::TagId& id : *ids) {
     listed += (listed.empty() ? "" : " ") + id.toString();
   }
   return listed;
