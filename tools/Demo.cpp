@@ -1,6 +1,7 @@
 #include "Demo.h"
 
 #include "DemoDictionary.h"
+#include "DemoGrid.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -134,6 +135,7 @@ int runDemo(std::ostream& out) {
     showLayers(study, out);
     showPrivateBlock(study, out);
     showStorage(study, out);
+    showGrid(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
     return 1;
