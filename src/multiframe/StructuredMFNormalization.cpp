@@ -1,6 +1,7 @@
 #include "multiframe/GridWalk.h"
 #include "quiltra/multiframe/StructuredMF.h"
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -35,27 +36,23 @@ void StructuredMF::normalizeTagStructure(const std::shared_ptr<Tree>& level, dou
   const auto sequence = level->getTag_rw(_dimensionSequenceId);
   const unsigned int count = GridWalk::itemCount(sequence.get());
   if (count == 0) return;
-  // A copy of the item pointers: the recursion below never touches this level's sequence,
-  // but the items themselves are what the rest of the procedure works on.
+  // The item pointers are copied so that the walk does not hinge on the sequence element
+  // staying as it is while its items change.
   const Tag::Items items = sequence->sequenceItems();
 
-  Tree knownTags;  // for every id found in the items, the first item's tag
+  std::map<TagId, std::shared_ptr<Tag>> known;  // every id found in the items: the first tag
   std::vector<bool> empty(count, false);
   for (unsigned int i = 0; i < count; ++i) {
     if (!items[i]) continue;
     normalizeTagStructure(items[i], tolerance, shareEqualTags);
     const auto ids = items[i]->tagIds(OwnLayer);
     empty[i] = ids->empty();
-    for (const TagId& id : *ids) {
-      if (!knownTags.hasTag(id, OwnLayer)) knownTags.addTag(id, items[i]->getTag_rw(id));
-    }
+    for (const TagId& id : *ids) known.emplace(id, items[i]->getTag_rw(id));
   }
 
-  const auto knownIds = knownTags.tagIds(OwnLayer);
-  for (const TagId& id : *knownIds) {
+  for (const auto& [id, description] : known) {
     if (id.groupId() == kMetaGroup || id == _dimensionSequenceId) continue;
     const auto levelTag = level->getTag_rw(id);
-    const auto description = knownTags.getTag(id, OwnLayer);
     std::shared_ptr<Tag> reference;
     bool allEqual = true;
     for (unsigned int j = 0; j < count; ++j) {

@@ -15,6 +15,18 @@ std::shared_ptr<const Tree> positionItem(const Tree& tree, unsigned int index) {
   return item(tree, blockId(0x10, 0x02), index);
 }
 
+// A grid of extent [3] whose top level says MR and whose position [1] says CT.
+struct ModalityDiffers {
+  std::shared_ptr<Tree> tree = std::make_shared<Tree>();
+  StructuredMF grid{tree, Position{3}};
+  std::shared_ptr<Tag> top = text(kModality, "MR");
+
+  ModalityDiffers() {
+    tree->addTag(top);
+    grid.setTagForGridPosition(text(kModality, "CT"), {1});
+  }
+};
+
 }  // namespace
 
 TEST(StructuredMFNormalizationTest, EqualAttributesMoveUpAndDifferingOnesStayBelow) {
@@ -49,11 +61,8 @@ TEST(StructuredMFNormalizationTest, EqualAttributesMoveUpAndDifferingOnesStayBel
 }
 
 TEST(StructuredMFNormalizationTest, ADifferingAttributeIsPushedDownWithTheLevelsObject) {
-  auto tree = std::make_shared<Tree>();
-  StructuredMF grid(tree, Position{3});
-  auto top = text(kModality, "MR");
-  tree->addTag(top);
-  grid.setTagForGridPosition(text(kModality, "CT"), {1});
+  ModalityDiffers example;
+  auto& [tree, grid, top] = example;
   grid.setFrameIndexForGridPosition(0, {0});
   grid.setFrameIndexForGridPosition(2, {2});
   grid.normalizeTagStructure(0.0, true);
@@ -65,11 +74,8 @@ TEST(StructuredMFNormalizationTest, ADifferingAttributeIsPushedDownWithTheLevels
 }
 
 TEST(StructuredMFNormalizationTest, WithoutSharingItemsAreOnlyCompleted) {
-  auto tree = std::make_shared<Tree>();
-  StructuredMF grid(tree, Position{3});
-  auto top = text(kModality, "MR");
-  tree->addTag(top);
-  grid.setTagForGridPosition(text(kModality, "CT"), {1});
+  ModalityDiffers example;
+  auto& [tree, grid, top] = example;
   grid.setTagForGridPosition(decimal(kSliceThickness, 2.0), {2});
   grid.setFrameIndexForGridPosition(5, {0});
   grid.setFrameIndexForGridPosition(5, {1});
