@@ -52,7 +52,8 @@ void expectSameAnswers(const StructuredMF& written, const StructuredMF& read) {
       const auto actual =
           read.extractTagTreeForGridPosition(position, StructuredMF::MergedWithShared);
       ASSERT_EQ(idsOf(*actual), idsOf(*expected));
-      for (const TagId& id : *expected->tagIds(AllLayers)) {
+      const auto extractedIds = expected->tagIds(AllLayers);
+      for (const TagId& id : *extractedIds) {
         EXPECT_EQ(*actual->getTag(id), *expected->getTag(id));
       }
     }
