@@ -2,6 +2,7 @@
 
 #include "DemoDictionary.h"
 #include "DemoDump.h"
+#include "DemoGrid.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -136,6 +137,7 @@ int runDemo(std::ostream& out) {
     showPrivateBlock(study, out);
     showStorage(study, out);
     showDumpAndUids(study, out);
+    showGrid(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
     return 1;

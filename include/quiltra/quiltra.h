@@ -35,6 +35,7 @@
 #include <quiltra/io/TextDump.h>
 #include <quiltra/io/TypeCode.h>
 #include <quiltra/io/Writer.h>
+#include <quiltra/multiframe/StructuredMF.h>
 #include <quiltra/services/Quiltra_Unicode.h>
 #include <quiltra/services/Thread.h>
 #include <quiltra/services/UIDGenerator.h>
