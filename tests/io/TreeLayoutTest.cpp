@@ -211,6 +211,12 @@ TEST(TreeLayoutTest, WritersRefuseNestingTheReadersRefuseBeforeWritingAnything) 
                                   "nesting too deep");
   QuiltraTest::expectQuiltraError([&] { tooDeepTag.toStream(out); }, "Tree::toStream",
                                   "nesting too deep");
+  Message message;
+  message.setTags(std::shared_ptr<const Tree>(tooDeep));
+  QuiltraTest::expectQuiltraError([&] { message.serializeX(sink); }, "Tree::serializeX",
+                                  "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { message.toStream(out); }, "Tree::toStream",
+                                  "nesting too deep");
   EXPECT_TRUE(sink.bytes().empty());
   EXPECT_TRUE(out.str().empty());
 
