@@ -38,8 +38,8 @@ void ByteInput::fill(std::size_t n) {
   const std::size_t kept = _end - _pos;
   const std::uint64_t start = offset();
   std::memmove(_buffer.data(), _pos, kept);
-  const std::size_t wanted =
-      static_cast<std::size_t>(std::min<std::uint64_t>(_buffer.size() - kept, _size - start - kept));
+  const std::size_t wanted = static_cast<std::size_t>(
+      std::min<std::uint64_t>(_buffer.size() - kept, _size - start - kept));
   const std::size_t got = std::fread(_buffer.data() + kept, 1, wanted, _file);
   if (got != wanted) fail();
   _window = _pos = _buffer.data();

@@ -1,15 +1,14 @@
 #include "Deflate.h"
 
-#include <zlib.h>
+#include "ByteInput.h"
+#include "ByteOutput.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <zlib.h>
 
 #include <quiltra/core/Exception.h>
-
-#include "ByteInput.h"
-#include "ByteOutput.h"
 
 namespace Quiltra_DicomFile {
 
@@ -20,8 +19,8 @@ constexpr std::size_t kChunk = 64 * 1024;
 constexpr std::uint64_t kMaxRatio = 1100;
 
 [[noreturn]] void damaged(std::uint64_t offset, const std::string& what) {
-  throw Quiltra::Exception("DicomFile::read", "deflated data set " + what + " at offset " +
-                                                  std::to_string(offset));
+  throw Quiltra::Exception("DicomFile::read",
+                           "deflated data set " + what + " at offset " + std::to_string(offset));
 }
 
 // Owns a zlib stream for inflating or deflating, ending it on every path.

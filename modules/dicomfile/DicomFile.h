@@ -113,8 +113,7 @@ std::vector<unsigned char> writeDicomBytes(const Quiltra::Tree& tree,
                                            const WriteOptions& options);
 
 /// This library's implementation class UID and version name, written in the meta group.
-inline constexpr const char* kImplementationUid =
-    "2.25.255640833964418340829541624826377561437";
+inline constexpr const char* kImplementationUid = "2.25.255640833964418340829541624826377561437";
 inline constexpr const char* kImplementationVersion = "QUILTRA_0_1";
 
 }  // namespace Quiltra_DicomFile

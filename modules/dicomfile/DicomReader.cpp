@@ -13,6 +13,13 @@
 // An undefined-length value of SQ or UN is a sequence (a UN's content is implicit VR LE);
 // of any other VR it is encapsulated pixel data: items whose bytes are the fragments.
 
+#include "ByteInput.h"
+#include "Deflate.h"
+#include "DicomFile.h"
+#include "FileVr.h"
+#include "SyntaxUid.h"
+#include "Tags.h"
+
 #include <cstring>
 #include <optional>
 #include <string>
@@ -24,13 +31,6 @@
 #include <quiltra/dataset/Dict.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "ByteInput.h"
-#include "Deflate.h"
-#include "DicomFile.h"
-#include "FileVr.h"
-#include "SyntaxUid.h"
-#include "Tags.h"
 
 namespace Quiltra_DicomFile {
 
@@ -44,7 +44,6 @@ struct Encoding {
   bool bigEndian;
 };
 constexpr Encoding kImplicitLittle{false, false};
-constexpr Encoding kExplicitLittle{true, false};
 
 std::string hex4(unsigned value) {
   static const char kDigits[] = "0123456789abcdef";
@@ -62,8 +61,7 @@ std::string tagText(std::uint32_t tag) {
 }
 
 void warn(const std::string& what, std::uint64_t offset) {
-  Quiltra_Utils::logMessage("DicomFile::read: " + what + " at offset " + std::to_string(offset),
-                            0);
+  Quiltra_Utils::logMessage("DicomFile::read: " + what + " at offset " + std::to_string(offset), 0);
 }
 
 std::uint16_t get16(const unsigned char* p, bool bigEndian) {
@@ -126,8 +124,7 @@ class Decoder {
   void readElement(Quiltra::Tree& tree, const Header& header, Encoding encoding, unsigned depth);
   void readSequence(Quiltra::Tag& tag, Encoding encoding, std::uint32_t length, unsigned depth);
   void readFragments(Quiltra::Tag& tag, Encoding encoding);
-  void readValues(Quiltra::Tag& tag, const FileVrInfo& vr, std::uint32_t length,
-                  Encoding encoding);
+  void readValues(Quiltra::Tag& tag, const FileVrInfo& vr, std::uint32_t length, Encoding encoding);
   bool readUnAsSequence(Quiltra::Tag& tag, std::uint32_t length, unsigned depth);
   void skipValue(const Header& header, Encoding encoding, unsigned depth);
   void skipItems(Encoding encoding, unsigned depth);
@@ -174,7 +171,8 @@ void Decoder::readItemHeader(Encoding encoding, std::uint32_t& tag, std::uint32_
   unsigned char bytes[8];
   need(8, "an item header");
   _in.read(bytes, 8);
-  tag = std::uint32_t{get16(bytes, encoding.bigEndian)} << 16 | get16(bytes + 2, encoding.bigEndian);
+  tag =
+      std::uint32_t{get16(bytes, encoding.bigEndian)} << 16 | get16(bytes + 2, encoding.bigEndian);
   length = get32(bytes + 4, encoding.bigEndian);
 }
 
@@ -187,8 +185,8 @@ HeaderStatus Decoder::readHeader(Encoding encoding, Header& header, bool topLeve
   }
   unsigned char bytes[12];
   _in.read(bytes, 8);
-  header.tag = std::uint32_t{get16(bytes, encoding.bigEndian)} << 16 |
-               get16(bytes + 2, encoding.bigEndian);
+  header.tag =
+      std::uint32_t{get16(bytes, encoding.bigEndian)} << 16 | get16(bytes + 2, encoding.bigEndian);
   header.hasVr = false;
   if (!encoding.explicitVr || (header.tag >> 16) == kItemGroup) {
     header.length = get32(bytes + 4, encoding.bigEndian);
@@ -209,8 +207,8 @@ HeaderStatus Decoder::readHeader(Encoding encoding, Header& header, bool topLeve
   return HeaderStatus::kOk;
 }
 
-void Decoder::readDataSet(Quiltra::Tree& tree, Encoding encoding, std::uint64_t end,
-                          unsigned depth, bool topLevel) {
+void Decoder::readDataSet(Quiltra::Tree& tree, Encoding encoding, std::uint64_t end, unsigned depth,
+                          bool topLevel) {
   const bool delimited = end == UINT64_MAX && !topLevel;
   std::uint32_t previous = 0;
   bool first = true;
@@ -223,7 +221,8 @@ void Decoder::readDataSet(Quiltra::Tree& tree, Encoding encoding, std::uint64_t 
       fail("file ends inside an item", header.offset);
     }
     const bool itemTag = (header.tag >> 16) == kItemGroup;
-    if (status == HeaderStatus::kNotAnElement || (topLevel && (itemTag || (!first && header.tag <= previous)))) {
+    if (status == HeaderStatus::kNotAnElement ||
+        (topLevel && (itemTag || (!first && header.tag <= previous)))) {
       warn("ignoring " + std::to_string(_in.remaining() + (_in.offset() - header.offset)) +
                " bytes after the data set",
            header.offset);
@@ -238,8 +237,7 @@ void Decoder::readDataSet(Quiltra::Tree& tree, Encoding encoding, std::uint64_t 
     if (header.length != kUndefinedLength && header.length > _in.remaining()) {
       fail("value of " + tagText(header.tag) + " runs past the end of the file", header.offset);
     }
-    if (!delimited && header.length != kUndefinedLength &&
-        _in.offset() + header.length > end) {
+    if (!delimited && header.length != kUndefinedLength && _in.offset() + header.length > end) {
       fail("value of " + tagText(header.tag) + " runs past the end of its item", header.offset);
     }
     readElement(tree, header, encoding, depth);
@@ -279,8 +277,7 @@ void Decoder::readElement(Quiltra::Tree& tree, const Header& header, Encoding en
   auto tag = std::make_shared<Quiltra::Tag>(info);
   if (sequence) {
     // The content of a UN is implicit VR little endian whatever the file's syntax.
-    readSequence(*tag, vr.fileVr == FileVr::UN ? kImplicitLittle : encoding, header.length,
-                 depth);
+    readSequence(*tag, vr.fileVr == FileVr::UN ? kImplicitLittle : encoding, header.length, depth);
   } else if (undefined) {
     readFragments(*tag, encoding);
   } else if (vr.fileVr != FileVr::UN || !readUnAsSequence(*tag, header.length, depth)) {
@@ -344,8 +341,8 @@ bool Decoder::readUnAsSequence(Quiltra::Tag& tag, std::uint32_t length, unsigned
   _in.read(bytes.data(), length);
   ByteInput inner(bytes.data(), bytes.size());
   Decoder decoder(inner, _options);
-  Quiltra::Tag candidate(Quiltra::TagInfo(tag.info().id(), tag.info().name(), Quiltra::SQ,
-                                          tag.info().multiplicity()));
+  Quiltra::Tag candidate(
+      Quiltra::TagInfo(tag.info().id(), tag.info().name(), Quiltra::SQ, tag.info().multiplicity()));
   try {
     decoder.readSequence(candidate, kImplicitLittle, length, depth);
   } catch (const Quiltra::Exception&) {
@@ -499,10 +496,8 @@ DicomContent Decoder::run() {
     const SyntaxLayout layout = layoutOf(*syntax);
     encoding = Encoding{layout.explicitVr, layout.bigEndian};
     content.syntax = *syntax;
-    if (!layout.deflated && encoding.explicitVr && !detectEncoding().explicitVr &&
-        !_in.atEnd()) {
-      warn("the data set is implicit VR although the transfer syntax says explicit",
-           _in.offset());
+    if (!layout.deflated && encoding.explicitVr && !detectEncoding().explicitVr && !_in.atEnd()) {
+      warn("the data set is implicit VR although the transfer syntax says explicit", _in.offset());
       encoding = kImplicitLittle;
     }
     if (layout.deflated) {
@@ -514,7 +509,7 @@ DicomContent Decoder::run() {
     }
   } else {
     encoding = detectEncoding();
-    content.syntax = !encoding.explicitVr  ? Quiltra::IMPLICIT_LITTLE_ENDIAN
+    content.syntax = !encoding.explicitVr ? Quiltra::IMPLICIT_LITTLE_ENDIAN
                      : encoding.bigEndian ? Quiltra::EXPLICIT_BIG_ENDIAN
                                           : Quiltra::EXPLICIT_LITTLE_ENDIAN;
   }

@@ -10,6 +10,13 @@
 //   - a value too long for the 16-bit length of its VR is written as UN (explicit VR);
 //   - group lengths other than the meta's are left out, as they would be stale after changes.
 
+#include "ByteOutput.h"
+#include "Deflate.h"
+#include "DicomFile.h"
+#include "FileVr.h"
+#include "SyntaxUid.h"
+#include "Tags.h"
+
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -18,13 +25,6 @@
 #include <quiltra/core/Exception.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "ByteOutput.h"
-#include "Deflate.h"
-#include "DicomFile.h"
-#include "FileVr.h"
-#include "SyntaxUid.h"
-#include "Tags.h"
 
 namespace Quiltra_DicomFile {
 
@@ -67,8 +67,7 @@ class Encoder {
   std::uint64_t dataSetSize(const Quiltra::Tree& tree, bool topLevel);
 
   /// Writes tree's elements of group 0002 as the meta group, in explicit VR little endian.
-  static void writeMeta(const Quiltra::Tree& tree, Quiltra::TransferSyntax syntax,
-                        ByteOutput& out);
+  static void writeMeta(const Quiltra::Tree& tree, Quiltra::TransferSyntax syntax, ByteOutput& out);
 
  private:
   struct Plan {

@@ -23,8 +23,40 @@ namespace Quiltra_DicomFile {
 
 /// The 34 representations of the standard, as stored in the two bytes of an explicit header.
 enum class FileVr : std::uint8_t {
-  AE, AS, AT, CS, DA, DS, DT, FD, FL, IS, LO, LT, OB, OD, OF, OL, OV,
-  OW, PN, SH, SL, SQ, SS, ST, SV, TM, UC, UI, UL, UN, UR, US, UT, UV
+  AE,
+  AS,
+  AT,
+  CS,
+  DA,
+  DS,
+  DT,
+  FD,
+  FL,
+  IS,
+  LO,
+  LT,
+  OB,
+  OD,
+  OF,
+  OL,
+  OV,
+  OW,
+  PN,
+  SH,
+  SL,
+  SQ,
+  SS,
+  ST,
+  SV,
+  TM,
+  UC,
+  UI,
+  UL,
+  UN,
+  UR,
+  US,
+  UT,
+  UV
 };
 
 struct FileVrInfo {

@@ -1,5 +1,7 @@
-#include <gtest/gtest.h>
+#include "DicomTestSupport.h"
+#include "support/QuiltraTestSupport.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -7,9 +9,6 @@
 #include <quiltra/core/Logging.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "DicomTestSupport.h"
-#include "support/QuiltraTestSupport.h"
 
 namespace {
 
@@ -19,7 +18,9 @@ using QuiltraTest::hex;
 using QuiltraTest::readBytes;
 
 std::vector<std::string> gWarnings;
-void collect(std::string message, int) { gWarnings.push_back(std::move(message)); }
+void collect(std::string message, int) {
+  gWarnings.push_back(std::move(message));
+}
 
 class DicomDamageTest : public ::testing::Test {
  protected:
@@ -90,7 +91,8 @@ TEST_F(DicomDamageTest, RejectsBrokenStructure) {
 
 TEST_F(DicomDamageTest, RejectsNestingDeeperThan256) {
   std::string text;
-  for (int i = 0; i < 300; ++i) text += "08 00 15 11 53 51 00 00 ff ff ff ff fe ff 00 e0 ff ff ff ff ";
+  for (int i = 0; i < 300; ++i)
+    text += "08 00 15 11 53 51 00 00 ff ff ff ff fe ff 00 e0 ff ff ff ff ";
   const std::string error = readError(hex(text));
   EXPECT_EQ(error.rfind("sequences nested deeper than 256 levels at offset", 0), 0u) << error;
 }
@@ -129,7 +131,8 @@ TEST_F(DicomDamageTest, KeepsWhatWasReadBeforeGarbageAfterTheDataSet) {
 TEST_F(DicomDamageTest, ReadsFilesWithoutMetaOrSyntaxWithAWarning) {
   auto content = readBytes(sample("no-meta-explicit.dcm"));
   EXPECT_EQ(content.syntax, Quiltra::EXPLICIT_LITTLE_ENDIAN);
-  EXPECT_EQ(gWarnings, std::vector<std::string>{"DicomFile::read: no meta information at offset 0"});
+  EXPECT_EQ(gWarnings,
+            std::vector<std::string>{"DicomFile::read: no meta information at offset 0"});
   // A meta group whose transfer syntax element is gone: the data set shows its encoding.
   auto bytes = sample("implicit-le.dcm");
   const std::string uid = "1.2.840.10008.1.2";
@@ -160,7 +163,8 @@ TEST_F(DicomDamageTest, KeepsShortNumbersAndWarns) {
   ASSERT_EQ(tag->numberOfValues(), 2u);
   EXPECT_EQ(tag->getValueSize(1), 1u);
   ASSERT_EQ(gWarnings.size(), 2u);  // no meta information, and the odd length
-  EXPECT_EQ(gWarnings[1], "DicomFile::read: length 3 of (0028,0010) is not a multiple of 2 at offset 8");
+  EXPECT_EQ(gWarnings[1],
+            "DicomFile::read: length 3 of (0028,0010) is not a multiple of 2 at offset 8");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
-#include <gtest/gtest.h>
+#include "DicomTestSupport.h"
+#include "support/QuiltraTestSupport.h"
 
+#include <gtest/gtest.h>
 #include <set>
 #include <string>
 #include <vector>
@@ -7,9 +9,6 @@
 #include <quiltra/core/TagInfo.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "DicomTestSupport.h"
-#include "support/QuiltraTestSupport.h"
 
 namespace {
 
@@ -25,9 +24,9 @@ std::shared_ptr<const Quiltra::Tag> get(const Quiltra::Tree& tree, unsigned id) 
 }
 
 const std::vector<std::string> kUncompressed = {
-    "explicit-le.dcm",          "implicit-le.dcm",       "explicit-be.dcm",
-    "deflated.dcm",             "explicit-le-undefined.dcm", "implicit-le-undefined.dcm",
-    "no-meta-implicit.dcm",     "no-meta-explicit.dcm"};
+    "explicit-le.dcm",      "implicit-le.dcm",           "explicit-be.dcm",
+    "deflated.dcm",         "explicit-le-undefined.dcm", "implicit-le-undefined.dcm",
+    "no-meta-implicit.dcm", "no-meta-explicit.dcm"};
 
 TEST(DicomReadTest, ReadsTheElementsOfTheSampleFile) {
   auto content = readSample("explicit-le.dcm");
@@ -142,8 +141,8 @@ TEST(DicomReadTest, SkipsElementsTheFilterLeavesOut) {
 
 TEST(DicomReadTest, ReadsImplicitElementsUnknownToTheDictionaryAsUn) {
   Quiltra_DicomFile::ReadOptions noDict;
-  auto content = Quiltra_DicomFile::readDicomFile(QuiltraTest::dicomTestFile("implicit-le.dcm"),
-                                                  noDict);
+  auto content =
+      Quiltra_DicomFile::readDicomFile(QuiltraTest::dicomTestFile("implicit-le.dcm"), noDict);
   auto rows = get(*content.tree, 0x00280010);
   EXPECT_EQ(rows->info().vr(), Quiltra::UN);
   EXPECT_EQ(valueBytes(*content.tree, 0x00280010), hex("04 00"));

@@ -1,6 +1,8 @@
 #ifndef QUILTRA_TESTS_DICOMFILE_DICOMTESTSUPPORT_H_
 #define QUILTRA_TESTS_DICOMFILE_DICOMTESTSUPPORT_H_
 
+#include "DicomFile.h"
+
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -13,8 +15,6 @@
 #include <quiltra/dataset/Dict.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "DicomFile.h"
 
 namespace QuiltraTest {
 
@@ -83,9 +83,9 @@ inline Quiltra_DicomFile::DicomContent readSample(const std::string& name) {
   return Quiltra_DicomFile::readDicomFile(dicomTestFile(name), sampleOptions());
 }
 
-inline Quiltra_DicomFile::DicomContent readBytes(const std::vector<unsigned char>& bytes,
-                                                 const Quiltra_DicomFile::ReadOptions& options =
-                                                     sampleOptions()) {
+inline Quiltra_DicomFile::DicomContent readBytes(
+    const std::vector<unsigned char>& bytes,
+    const Quiltra_DicomFile::ReadOptions& options = sampleOptions()) {
   return Quiltra_DicomFile::readDicomBytes(bytes.data(), bytes.size(), options);
 }
 

@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
+#include "DicomTestSupport.h"
+#include "support/QuiltraTestSupport.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-#include "DicomTestSupport.h"
-#include "support/QuiltraTestSupport.h"
 
 namespace {
 
@@ -124,10 +123,10 @@ TEST(DicomWriteTest, PadsEachRepresentationToAnEvenLength) {
 // The newer representations come back as they were written: UR and OD by their tags,
 // UC likewise; the library holds them as UT, OB and LO.
 TEST(DicomWriteTest, WritesMappedRepresentationsUnderTheirOwnName) {
-  const auto bytes = hex(
-      "08 00 19 01 55 43 00 00 02 00 00 00 41 20 "
-      "08 00 20 01 55 52 00 00 06 00 00 00 75 72 6e 3a 78 20 "
-      "e0 7f 09 00 4f 44 00 00 08 00 00 00 00 00 00 00 00 00 f0 3f");
+  const auto bytes =
+      hex("08 00 19 01 55 43 00 00 02 00 00 00 41 20 "
+          "08 00 20 01 55 52 00 00 06 00 00 00 75 72 6e 3a 78 20 "
+          "e0 7f 09 00 4f 44 00 00 08 00 00 00 00 00 00 00 00 00 f0 3f");
   auto content = readBytes(bytes);
   EXPECT_EQ(content.syntax, Quiltra::EXPLICIT_LITTLE_ENDIAN);
   EXPECT_EQ(content.tree->getTag(TagId(0x00080119))->info().vr(), Quiltra::LO);
@@ -147,9 +146,9 @@ TEST(DicomWriteTest, RefusesWhatAFileCannotHold) {
                                   "DicomFile::write",
                                   "no file encoding for transfer syntax IMPLICIT_BIG_ENDIAN");
   auto content = readSample("rle.dcm");
-  QuiltraTest::expectQuiltraError(
-      [&] { write(*content.tree, Quiltra::EXPLICIT_LITTLE_ENDIAN); }, "DicomFile::write",
-      "pixel data fragments need an encapsulated transfer syntax");
+  QuiltraTest::expectQuiltraError([&] { write(*content.tree, Quiltra::EXPLICIT_LITTLE_ENDIAN); },
+                                  "DicomFile::write",
+                                  "pixel data fragments need an encapsulated transfer syntax");
 }
 
 }  // namespace
