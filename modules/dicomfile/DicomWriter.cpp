@@ -43,17 +43,13 @@ std::size_t textSize(const Quiltra::Value& value) {
   return (n > 0 && value.data()[n - 1] == 0) ? n - 1 : n;
 }
 
-// Calls visit(tag) for each element of the all-layers view of tree in tag order; a Tree
-// without a parent is walked in place, without building the view.
+// Calls visit(tag) for each element of the all-layers view of tree in tag order. A constant
+// Tree lists its elements only as a new map, so this costs one map of shared pointers.
 template <class Visit>
 void forEachTag(const Quiltra::Tree& tree, Visit&& visit) {
-  if (!tree.hasParent()) {
-    for (const auto& entry : tree.tags()) {
-      if (entry.second) visit(*entry.second);
-    }
-    return;
-  }
-  for (const auto& entry : *tree.getTags(Quiltra::AllLayers)) {
+  const Quiltra::Tree::ConstTagMap view =
+      tree.hasParent() ? *tree.getTags(Quiltra::AllLayers) : tree.constTags();
+  for (const auto& entry : view) {
     if (entry.second) visit(*entry.second);
   }
 }

@@ -31,14 +31,14 @@ std::shared_ptr<Quiltra::Tag> element(unsigned id, Quiltra::Vr vr) {
 
 // The elements of both trees outside the meta group are equal, items and all.
 void expectSameDataSet(const Quiltra::Tree& expected, const Quiltra::Tree& actual) {
-  for (const auto& entry : expected.tags()) {
+  for (const auto& entry : expected.constTags()) {
     if ((entry.first.rawId() >> 16) == 0x0002) continue;
     auto tag = actual.getTag(entry.first);
     ASSERT_TRUE(tag) << entry.first.toString();
     EXPECT_EQ(tag->info().vr(), entry.second->info().vr()) << entry.first.toString();
     EXPECT_TRUE(tag->isEqual(*entry.second, 0.0)) << entry.first.toString();
   }
-  for (const auto& entry : actual.tags()) {
+  for (const auto& entry : actual.constTags()) {
     if ((entry.first.rawId() >> 16) != 0x0002) {
       EXPECT_TRUE(expected.hasTag(entry.first)) << entry.first.toString();
     }
