@@ -50,6 +50,7 @@ void ByteInput::fill(std::size_t n) {
 void ByteInput::read(void* target, std::size_t n) {
   auto* out = static_cast<unsigned char*>(target);
   std::size_t visible = _end - _pos;
+  if (n == 0) return;
   if (visible >= n) {
     std::memcpy(out, _pos, n);
     _pos += n;
@@ -89,6 +90,7 @@ void ByteInput::skip(std::uint64_t n) {
 
 std::size_t ByteInput::peek(unsigned char* target, std::size_t n) {
   n = static_cast<std::size_t>(std::min<std::uint64_t>(std::min(n, kPeekMax), remaining()));
+  if (n == 0) return 0;
   fill(n);
   std::memcpy(target, _pos, n);
   return n;

@@ -129,6 +129,9 @@ class Decoder {
   void skipValue(const Header& header, Encoding encoding, unsigned depth);
   void skipItems(Encoding encoding, unsigned depth);
   void readItemHeader(Encoding encoding, std::uint32_t& tag, std::uint32_t& length);
+  /// Reads the header of the next item of a sequence or of fragments, checking a defined
+  /// length against the input; false at the sequence delimiter.
+  bool nextItem(Encoding encoding, std::uint32_t& length);
   void need(std::uint64_t n, const char* what);
   Described& describe(std::uint32_t tag);
   FileVr implicitVr(std::uint32_t tag);
@@ -313,15 +316,22 @@ void Decoder::readSequence(Quiltra::Tag& tag, Encoding encoding, std::uint32_t l
   }
 }
 
+bool Decoder::nextItem(Encoding encoding, std::uint32_t& length) {
+  const std::uint64_t at = _in.offset();
+  std::uint32_t itemTag = 0;
+  readItemHeader(encoding, itemTag, length);
+  if (itemTag == kSequenceDelimitation) return false;
+  if (itemTag != kItem) fail("item expected, found " + tagText(itemTag), at);
+  if (length != kUndefinedLength && length > _in.remaining()) {
+    fail("item runs past the end of the file", at);
+  }
+  return true;
+}
+
 void Decoder::readFragments(Quiltra::Tag& tag, Encoding encoding) {
-  for (;;) {
-    const std::uint64_t at = _in.offset();
-    std::uint32_t itemTag = 0;
-    std::uint32_t length = 0;
-    readItemHeader(encoding, itemTag, length);
-    if (itemTag == kSequenceDelimitation) return;
-    if (itemTag != kItem) fail("fragment item expected, found " + tagText(itemTag), at);
-    if (length > _in.remaining()) fail("fragment runs past the end of the file", at);
+  std::uint32_t length = 0;
+  while (nextItem(encoding, length)) {
+    if (length == kUndefinedLength) fail("fragment of undefined length", _in.offset() - 8);
     Quiltra::Value& value = tag.addValue();
     if (length == 0) continue;
     value.setSize(length);
@@ -395,15 +405,9 @@ void Decoder::readValues(Quiltra::Tag& tag, const FileVrInfo& vr, std::uint32_t 
 
 void Decoder::skipItems(Encoding encoding, unsigned depth) {
   if (depth >= kMaxDepth) fail("sequences nested deeper than 256 levels", _in.offset());
-  for (;;) {
-    const std::uint64_t at = _in.offset();
-    std::uint32_t itemTag = 0;
-    std::uint32_t length = 0;
-    readItemHeader(encoding, itemTag, length);
-    if (itemTag == kSequenceDelimitation) return;
-    if (itemTag != kItem) fail("item expected, found " + tagText(itemTag), at);
+  std::uint32_t length = 0;
+  while (nextItem(encoding, length)) {
     if (length != kUndefinedLength) {
-      if (length > _in.remaining()) fail("item runs past the end of the file", at);
       _in.skip(length);
       continue;
     }
@@ -466,7 +470,8 @@ std::optional<Quiltra::TransferSyntax> Decoder::readMeta(Quiltra::Tree& tree) {
   auto syntax = syntaxOfUid(text);
   if (!syntax) fail("unsupported transfer syntax " + text, _in.offset());
   if (_options.filter) {
-    for (const auto& entry : *tree.tagIds(Quiltra::OwnLayer)) {
+    const auto ids = tree.tagIds(Quiltra::OwnLayer);
+    for (const auto& entry : *ids) {
       if (!_options.filter(tree.getTag(entry)->info())) tree.removeTag(entry);
     }
   }
