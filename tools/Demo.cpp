@@ -1,5 +1,6 @@
 #include "Demo.h"
 
+#include "DemoCharset.h"
 #include "DemoDictionary.h"
 
 #include <cstdio>
@@ -134,6 +135,7 @@ int runDemo(std::ostream& out) {
     showLayers(study, out);
     showPrivateBlock(study, out);
     showStorage(study, out);
+    showCharacterSets(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
     return 1;

@@ -1,4 +1,5 @@
 #include "support/QuiltraTestSupport.h"
+#include "support/TextElement.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -10,18 +11,13 @@
 
 using namespace Quiltra;
 using TreePtr = std::shared_ptr<Tree>;
+using QuiltraTest::textElement;
 
 namespace {
 
 const std::string kLatin1 = "J\xE9r\xF4me", kUTF8 = "J\xC3\xA9r\xC3\xB4me";
 const TagId kCharacterSet(0x0008, 0x0005), kName(0x0010, 0x0010), kComment(0x0010, 0x4000),
     kSequence(0x0040, 0xA730), kInner(0x0040, 0xA731);
-
-std::shared_ptr<Tag> element(const TagId& id, Vr vr, const std::string& text) {
-  auto tag = std::make_shared<Tag>(TagInfo(id, "", vr, {1, 9}));
-  tag->addValue(text);
-  return tag;
-}
 
 std::shared_ptr<Tag> sequenceOf(const TagId& id, std::vector<TreePtr> items) {
   auto tag = std::make_shared<Tag>(TagInfo(id, "", SQ, {1, 1}));
@@ -63,9 +59,9 @@ TEST(TreeCharacterSetTest, ConvertsTheCodedStringRepresentationsOnly) {
   const Vr converted[] = {LO, LT, PN, SH, ST, UT};
   const Vr untouched[] = {AE, AS, CS, DA, DS, DT, IS, TM, UI};
   Tree tree;
-  unsigned short element = 0x1000;
-  for (Vr vr : converted) tree.addTag(::element(TagId(0x0011, element++), vr, kLatin1));
-  for (Vr vr : untouched) tree.addTag(::element(TagId(0x0013, element++), vr, kLatin1));
+  unsigned short number = 0x1000;
+  for (Vr vr : converted) tree.addTag(textElement(TagId(0x0011, number++), vr, kLatin1));
+  for (Vr vr : untouched) tree.addTag(textElement(TagId(0x0013, number++), vr, kLatin1));
   auto binary = std::make_shared<Tag>(TagInfo(TagId(0x0015, 0x0010), "", OB, {1, 1}));
   binary->addValue().setData(kLatin1);
   tree.addTag(binary);
@@ -95,20 +91,20 @@ TEST(TreeCharacterSetTest, ConvertsEveryValueButNullOnes) {
 
 TEST(TreeCharacterSetTest, ConvertsNestedItemsOfTheOwnLayerOnly) {
   auto deepest = std::make_shared<Tree>();
-  deepest->addTag(element(kComment, LT, kLatin1));
-  deepest->addTag(element(kName, CS, kLatin1));
+  deepest->addTag(textElement(kComment, LT, kLatin1));
+  deepest->addTag(textElement(kName, CS, kLatin1));
   auto middle = std::make_shared<Tree>();
   middle->addTag(sequenceOf(kInner, {deepest}));
-  middle->addTag(element(kName, SH, kLatin1));
+  middle->addTag(textElement(kName, SH, kLatin1));
   auto parent = std::make_shared<Tree>();
-  parent->addTag(element(kComment, LO, kLatin1));
-  parent->addTag(element(TagId(0x0010, 0x0020), LO, kLatin1));
+  parent->addTag(textElement(kComment, LO, kLatin1));
+  parent->addTag(textElement(TagId(0x0010, 0x0020), LO, kLatin1));
   auto child = std::make_shared<Tree>(parent);
   auto outer = sequenceOf(kSequence, {middle});
   outer->addSequenceItem();  // a null slot between two items
   outer->addSequenceItem(std::make_shared<Tree>());
   child->addTag(outer);
-  child->addTag(element(kName, PN, kLatin1));
+  child->addTag(textElement(kName, PN, kLatin1));
   child->removeTag(kComment);  // an own placeholder over the parent's element
 
   child->convertCharacterSet("ISO_IR 100", "ISO_IR 192");
@@ -129,18 +125,18 @@ TEST(TreeCharacterSetTest, ConvertsNestedItemsOfTheOwnLayerOnly) {
 
 TEST(TreeCharacterSetTest, NeverRewritesTheSpecificCharacterSet) {
   Tree tree;
-  tree.addTag(element(kCharacterSet, CS, "ISO_IR 100"));
+  tree.addTag(textElement(kCharacterSet, CS, "ISO_IR 100"));
   tree.convertCharacterSet("ISO_IR 100", "ISO_IR 192");
   EXPECT_EQ(textAt(tree, kCharacterSet), "ISO_IR 100");
   // Not even when it is given a coded-string representation and non-ASCII text.
   Tree odd;
-  odd.addTag(element(kCharacterSet, LO, kLatin1));
+  odd.addTag(textElement(kCharacterSet, LO, kLatin1));
   odd.convertCharacterSet("ISO_IR 100", "ISO_IR 192");
   EXPECT_EQ(textAt(odd, kCharacterSet), kLatin1);
 }
 
 TEST(TreeCharacterSetTest, ChangesSharedElementsInPlace) {
-  auto shared = element(kName, PN, kLatin1);
+  auto shared = textElement(kName, PN, kLatin1);
   Tree first, second;
   first.addTag(shared);
   second.addTag(shared);
@@ -150,7 +146,7 @@ TEST(TreeCharacterSetTest, ChangesSharedElementsInPlace) {
 
 TEST(TreeCharacterSetTest, LeavesTextsAloneWithoutAConversion) {
   Tree tree;
-  tree.addTag(element(kName, PN, kLatin1));
+  tree.addTag(textElement(kName, PN, kLatin1));
   tree.convertCharacterSet("ISO_IR 100", "ISO_IR 100");
   tree.convertCharacterSet("ISO_IR 6", "ISO_IR 100");
   tree.convertCharacterSet("ISO_IR 144", "ISO_IR 192");

@@ -1,4 +1,5 @@
 #include "support/QuiltraTestSupport.h"
+#include "support/TextElement.h"
 
 #include <atomic>
 #include <cstdio>
@@ -18,6 +19,7 @@ using Bytes = std::vector<unsigned char>;
 using TreePtr = std::shared_ptr<Tree>;
 using QuiltraTest::expectQuiltraError;
 using QuiltraTest::hex;
+using QuiltraTest::textElement;
 
 // Every allocation of this program passes here, so a test can see the largest one a read
 // makes.
@@ -48,24 +50,18 @@ namespace {
 
 const TagId kCharacterSet(0x0008, 0x0005), kName(0x0010, 0x0010), kSequence(0x0040, 0xA730);
 
-std::shared_ptr<Tag> element(const TagId& id, Vr vr, const std::string& text) {
-  auto tag = std::make_shared<Tag>(TagInfo(id, "Name", vr, {1, 9}));
-  tag->addValue(text);
-  return tag;
-}
-
 // A data set with Latin-1 text, a number, and items nested two levels deep.
 TreePtr sampleTree() {
   auto inner = std::make_shared<Tree>();
-  inner->addTag(element(kName, PN, "Gr\xFCn^Ren\xE9"));
+  inner->addTag(textElement(kName, PN, "Gr\xFCn^Ren\xE9"));
   auto item = std::make_shared<Tree>();
   auto innerSequence = std::make_shared<Tag>(TagInfo(kSequence, "", SQ, {1, 1}));
   innerSequence->addSequenceItem(inner);
   innerSequence->addSequenceItem(std::make_shared<Tree>());
   item->addTag(innerSequence);
   auto tree = std::make_shared<Tree>();
-  tree->addTag(element(kCharacterSet, CS, "ISO_IR 100"));
-  tree->addTag(element(kName, PN, "M\xFCller^J\xE9r\xF4me\\Doe^Jane"));
+  tree->addTag(textElement(kCharacterSet, CS, "ISO_IR 100"));
+  tree->addTag(textElement(kName, PN, "M\xFCller^J\xE9r\xF4me\\Doe^Jane"));
   auto rows = std::make_shared<Tag>(TagInfo(TagId(0x0028, 0x0010), "Rows", US, {1, 1}));
   rows->addValue(static_cast<unsigned short>(512));
   tree->addTag(rows);
