@@ -37,7 +37,8 @@ std::string escaped(const std::string& text) {
 }
 
 void print(const Tree& tree, std::ostream& out, const std::string& indent) {
-  for (const auto& [id, tag] : *tree.getTags(OwnLayer)) {
+  const auto elements = tree.getTags(OwnLayer);
+  for (const auto& [id, tag] : *elements) {
     out << indent << id.toString() << " " << toString(tag->info().vr()) << " "
         << tag->info().name();
     if (!tag->isSequence()) {

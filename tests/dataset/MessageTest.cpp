@@ -169,7 +169,8 @@ TEST(MessageTest, CopiesOwnTheirTree) {
   assigned = source;
   assigned.tags()->getTag_rw(kName)->setValue(std::string("Other"), 0);
   EXPECT_EQ(nameOf(source), "M\xFCller^J\xE9r\xF4me");
-  assigned = assigned;
+  const Message& same = assigned;
+  assigned = same;  // self-assignment changes nothing
   EXPECT_EQ(nameOf(assigned), "Other");
 }
 

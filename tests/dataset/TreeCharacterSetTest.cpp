@@ -168,7 +168,8 @@ TEST(TreeCharacterSetTest, StoresValuesExactlyAsReadConvertAndStoreWould) {
   const std::pair<const char*, const char*> directions[] = {{"ISO_IR 100", "ISO_IR 192"},
                                                             {"ISO_IR 192", "ISO_IR 6"}};
   for (const auto& bytes : raw) {
-    for (const auto& [from, to] : directions) {
+    for (const auto& direction : directions) {
+      const std::string from = direction.first, to = direction.second;
       for (unsigned int spare : {0u, 64u}) {
         SCOPED_TRACE(std::string(from) + " -> " + to + ", " + std::to_string(bytes.size()) +
                      " bytes, spare " + std::to_string(spare));
