@@ -18,17 +18,9 @@ constexpr unsigned int kValues = 100000;
 
 // Family^Given names; the accented ones are Latin-1.
 std::vector<std::string> personNames() {
-  const char* families[] = {"Smith",
-                            "M\xFCller",
-                            "Garc\xED"
-                            "a",
-                            "Johnson",
-                            "Dupr\xE9",
-                            "\xD8sterg\xE5rd",
-                            "Brown",
-                            "Nu\xF1\x65z",
-                            "Taylor",
-                            "Schr\xF6\x64\x65r"};
+  const char* families[] = {"Smith",    "M\xFCller",        "Garc\xED\x61", "Johnson",
+                            "Dupr\xE9", "\xD8sterg\xE5rd",  "Brown",        "Nu\xF1\x65z",
+                            "Taylor",   "Schr\xF6\x64\x65r"};
   const char* givens[] = {"Jane",   "J\xE9r\xF4me", "Anna",        "Fran\xE7ois", "Peter",
                           "Zo\xEB", "Michael",      "Ren\xE9\x65", "Olivia"};
   std::vector<std::string> names;
