@@ -2,6 +2,8 @@
 
 #include "DemoCharset.h"
 #include "DemoDictionary.h"
+#include "DemoDump.h"
+#include "DemoGrid.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -135,6 +137,8 @@ int runDemo(std::ostream& out) {
     showLayers(study, out);
     showPrivateBlock(study, out);
     showStorage(study, out);
+    showDumpAndUids(study, out);
+    showGrid(out);
     showCharacterSets(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
