@@ -27,6 +27,13 @@ namespace {
 
 const char kLoadModule[] = "ModuleDirectoryDelegate::loadModule";
 
+// A static library lies inside the program, whose folder is then the one to start from.
+#ifdef QUILTRA_STATIC
+constexpr bool kSharedLibrary = false;
+#else
+constexpr bool kSharedLibrary = true;
+#endif
+
 std::string loaderMessage() {
   const char* message = dlerror();
   return message != nullptr ? message : "unknown loader error";
@@ -49,10 +56,8 @@ fs::path programFolder() {
 
 std::vector<fs::path> candidateFolders() {
   std::vector<fs::path> candidates;
-#ifndef QUILTRA_STATIC
-  const fs::path library = libraryFolder();
+  const fs::path library = kSharedLibrary ? libraryFolder() : fs::path();
   if (!library.empty()) candidates.push_back(library / QUILTRA_LIBDIR_TO_MODULES);
-#endif
   const fs::path program = programFolder();
   if (!program.empty()) candidates.push_back(program / QUILTRA_BINDIR_TO_MODULES);
   return candidates;
