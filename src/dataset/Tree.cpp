@@ -81,6 +81,10 @@ std::shared_ptr<Tag> Tree::getTag_rw(const TagId& id) {
   return tag4tagid(id);
 }
 
+Tree::ConstTagMap Tree::constTags() const {
+  return ConstTagMap(_tags.begin(), _tags.end());
+}
+
 std::shared_ptr<const Tree> Tree::root() const {
   // A parent pointer already shares ownership; only a Tree without parent needs its own
   // owners, and it never becomes a second, independent one.

@@ -62,7 +62,7 @@ std::string ownLayerText(const Tree& layer) {
   std::ostringstream out;
   std::vector<TagId> marks;
   Quiltra_Utils::toStream(out, static_cast<int>(layer.tagsSize()));
-  for (const auto& entry : layer.tags()) {
+  for (const auto& entry : layer.constTags()) {
     Quiltra_Utils::toStream(out, entry.first.rawId());
     entry.second->toStream(out);
     if (!layer.hasTag(entry.first, OwnLayer)) marks.push_back(entry.first);

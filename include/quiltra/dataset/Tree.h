@@ -58,8 +58,12 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
                                     TagSelector selector = AllLayers) const;
   /// The writable element of the own layer; empty for inherited or deleted ids.
   std::shared_ptr<Tag> getTag_rw(const TagId& id);
-  /// The own layer as stored, deletion placeholders included.
-  const TagMap& tags() const noexcept { return _tags; }
+  /// The own layer as stored, deletion placeholders included, with writable elements:
+  /// only a writable Tree hands them out.
+  const TagMap& tags() noexcept { return _tags; }
+  /// The same entries as tags() in a new map of constant elements (O(n) to build), for
+  /// holders of a constant Tree.
+  ConstTagMap constTags() const;
   unsigned int tagsSize() const noexcept { return static_cast<unsigned int>(_tags.size()); }
 
   // Layers and dictionary.

@@ -66,7 +66,9 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   unsigned int numberOfSequenceItems() const noexcept {
     return static_cast<unsigned int>(_items.size());
   }
-  /// Both throw "illegal type" unless the representation is SQ.
+  /// Both throw "illegal type" unless the representation is SQ. The constant list holds
+  /// the items as they are: they are shared with this Tag, not protected, so a holder of
+  /// a constant Tag can still change an item's elements through it.
   const Items& sequenceItems() const;
   Items& sequenceItems();
   void setSequenceItem(const std::shared_ptr<Tree>& item, unsigned int index);
