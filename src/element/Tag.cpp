@@ -69,6 +69,11 @@ void Tag::setValue(const Value& value, unsigned int index) {
   _values[index] = value;
 }
 
+void Tag::setValue(Value&& value, unsigned int index) {
+  rangeChecking(index);
+  _values[index] = std::move(value);
+}
+
 Value& Tag::addValue() {
   _values.emplace_back();
   return _values.back();

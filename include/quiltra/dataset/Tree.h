@@ -117,6 +117,14 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   /// Removes the creator element of slot and its 256 elements.
   void removePrivateTags(unsigned short group, unsigned short slot);
 
+  // Character sets.
+  /// Converts the LO, LT, PN, SH, ST and UT values of the own layer, and of the items of its
+  /// sequences at any depth, from one character set to another, changing the stored
+  /// elements in place. Null values, null items and the parents stay untouched, and
+  /// (0008,0005) is not rewritten. Throws Exception("UTF8toLatin1", "source exhausted") for
+  /// a truncated UTF-8 value; the values converted before it stay converted.
+  void convertCharacterSet(const std::string& from, const std::string& to);
+
   // Storage forms.
   /// Writes the AllLayers view flat: no parent, marks or dictionary.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;

@@ -55,6 +55,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   unsigned int getValueSize() const;
   const Value& getValue(unsigned int index) const;
   void setValue(const Value& value, unsigned int index);
+  /// Takes value's buffer over as value index.
+  void setValue(Value&& value, unsigned int index);
   /// Appends an empty value for the caller to fill. Valid until the next change of values.
   Value& addValue();
   bool isNull(unsigned int index) const;
