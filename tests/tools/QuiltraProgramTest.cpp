@@ -10,11 +10,13 @@
 #include <sys/wait.h>
 #include <vector>
 
+#include <quiltra/dataset/Message.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
 #include <quiltra/io/FileSink.h>
 #include <quiltra/io/FileSource.h>
 
+using Quiltra::Message;
 using Quiltra::TagId;
 using Quiltra::Tree;
 namespace fs = std::filesystem;
@@ -54,13 +56,15 @@ class QuiltraProgramTest : public ::testing::Test {
     return result;
   }
 
-  // A small data set: PatientName, PatientID and Rows, stored in binary form.
-  std::shared_ptr<Tree> sample() {
+  // A small message: PatientName, PatientID and Rows in UTF-8, stored in binary form.
+  std::shared_ptr<Message> sample() {
     auto tree = std::make_shared<Tree>();
     add(*tree, TagId(0x0010, 0x0010), "PatientName", Quiltra::PN, "Doe^Jane");
     add(*tree, TagId(0x0010, 0x0020), "PatientID", Quiltra::LO, "QA-0042");
     add(*tree, TagId(0x0028, 0x0010), "Rows", Quiltra::US, "512");
-    return tree;
+    auto message = std::make_shared<Message>("ISO_IR 192", Quiltra::EXPLICIT_LITTLE_ENDIAN);
+    message->setTags(tree);
+    return message;
   }
   std::string writeSample(const std::string& name) {
     Quiltra_Serialization::FileSink sink(path(name));
@@ -71,16 +75,19 @@ class QuiltraProgramTest : public ::testing::Test {
     std::ofstream(path(name), std::ios::binary) << bytes;
     return name;
   }
+  // The data set of a stored message.
   std::shared_ptr<Tree> readBack(const std::string& name, bool text) {
-    auto tree = std::make_shared<Tree>();
+    Message message;
     if (text) {
       std::ifstream in(path(name), std::ios::binary);
-      tree->fromStream(in);
+      message.fromStream(in);
     } else {
       Quiltra_Serialization::FileSource source(path(name));
-      tree->deserializeX(source);
+      message.deserializeX(source);
     }
-    return tree;
+    EXPECT_EQ(message.syntax(), Quiltra::EXPLICIT_LITTLE_ENDIAN);
+    EXPECT_EQ(message.specificCharacterSet(), "ISO_IR 192");
+    return message.tags();
   }
   std::string path(const std::string& name) const { return (_folder / name).string(); }
   std::vector<std::string> files() const {
@@ -135,7 +142,7 @@ TEST_F(QuiltraProgramTest, ConvertsBetweenBothFormsWithoutLosingAnything) {
   const std::string text = readFile(path("text.qtx"));
   ASSERT_FALSE(text.empty());
   EXPECT_EQ(text.find_first_not_of("()*+,-./0123456789:;<=>?"), std::string::npos);
-  EXPECT_TRUE(sameElements(*readBack("text.qtx", true), *sample()));
+  EXPECT_TRUE(sameElements(*readBack("text.qtx", true), *sample()->tags()));
   ASSERT_EQ(run("convert text.qtx back.bin --form binary").status, 0);
   EXPECT_EQ(readFile(path("back.bin")), readFile(path("in.bin")));
   ASSERT_EQ(run("convert back.bin back.bin --form binary").status, 0);  // in place

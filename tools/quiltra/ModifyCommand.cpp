@@ -1,6 +1,6 @@
 // quiltra modify IN OUT --set KEY=VALUE ... --remove KEY ...: makes the changes in a layer
-// over the data set read, and writes the flat result. A KEY is an attribute name, looked up
-// in the standard dictionary, or a tag as (gggg,eeee).
+// over the data set of the message read, and writes the message with the flat result. A KEY is an
+// attribute name, looked up in the standard dictionary, or a tag as (gggg,eeee).
 #include "Command.h"
 #include "StoredFile.h"
 
@@ -64,10 +64,11 @@ int modify(const ModifyOptions& options) {
   const auto read = readStored(options.in);
   const StorageForm form =
       options.form.empty() ? detectForm(options.in) : toStorageForm(options.form);
-  auto layer = std::make_shared<Tree>(read);
+  auto layer = std::make_shared<Tree>(std::shared_ptr<const Tree>(read->tags()));
   for (const std::string& change : options.sets) applySet(*layer, change);
   for (const std::string& key : options.removals) layer->removeTag(toTagId(key));
-  writeStored(options.out, *layer->mergedCopy(AllLayers), form);
+  read->setTags(layer->mergedCopy(AllLayers));
+  writeStored(options.out, *read, form);
   return 0;
 }
 
@@ -76,9 +77,9 @@ int modify(const ModifyOptions& options) {
 Command addModifyCommand(CLI::App& app) {
   auto options = std::make_shared<ModifyOptions>();
   CLI::App* parser =
-      app.add_subcommand("modify", "Change attributes of a data set and store the result");
-  parser->add_option("IN", options->in, "The stored data set, in either form")->required();
-  parser->add_option("OUT", options->out, "Where to write the changed data set")->required();
+      app.add_subcommand("modify", "Change attributes of a message and store the result");
+  parser->add_option("IN", options->in, "The stored message, in either form")->required();
+  parser->add_option("OUT", options->out, "Where to write the changed message")->required();
   parser->add_option("--set", options->sets, "KEY=VALUE: set an attribute (NAME or (gggg,eeee))")
       ->allow_extra_args(false);
   parser->add_option("--remove", options->removals, "KEY: remove an attribute")

@@ -46,14 +46,14 @@ bool allowAsUsual(int fd) {
   return ::fchmod(fd, 0666 & ~mask) == 0;
 }
 
-std::string encode(const Quiltra::Tree& tree, StorageForm form) {
+std::string encode(const Quiltra::Message& message, StorageForm form) {
   if (form == StorageForm::Text) {
     std::ostringstream text;
-    tree.toStream(text);
+    message.toStream(text);
     return text.str();
   }
   Quiltra_Serialization::MemorySink sink;
-  tree.serializeX(sink);
+  message.serializeX(sink);
   return std::string(sink.bytes().begin(), sink.bytes().end());
 }
 
@@ -79,20 +79,20 @@ StorageForm detectForm(const std::string& path) {
   return StorageForm::Text;
 }
 
-std::shared_ptr<Quiltra::Tree> readStored(const std::string& path) {
-  auto tree = std::make_shared<Quiltra::Tree>();
+std::shared_ptr<Quiltra::Message> readStored(const std::string& path) {
+  auto message = std::make_shared<Quiltra::Message>();
   if (detectForm(path) == StorageForm::Text) {
     std::ifstream in(path, std::ios::binary);
-    tree->fromStream(in);
-    return tree;
+    message->fromStream(in);
+    return message;
   }
   Quiltra_Serialization::FileSource source(path);
-  tree->deserializeX(source);
-  return tree;
+  message->deserializeX(source);
+  return message;
 }
 
-void writeStored(const std::string& path, const Quiltra::Tree& tree, StorageForm form) {
-  const std::string bytes = encode(tree, form);
+void writeStored(const std::string& path, const Quiltra::Message& message, StorageForm form) {
+  const std::string bytes = encode(message, form);
   std::string temporary = path + ".tmp-XXXXXX";
   const int fd = ::mkstemp(temporary.data());
   if (fd < 0) throw Exception("writeStored", systemError("cannot create a file beside", path));

@@ -4,11 +4,11 @@
 #include <memory>
 #include <string>
 
-#include <quiltra/dataset/Tree.h>
+#include <quiltra/dataset/Message.h>
 
 namespace QuiltraTools {
 
-/// The two storage forms of a data set: typed binary fields, or the text stream.
+/// The two storage forms of a message: typed binary fields, or the text stream.
 enum class StorageForm { Binary, Text };
 
 /// "binary" or "text", as the --form options spell them.
@@ -18,14 +18,14 @@ StorageForm toStorageForm(const std::string& name);
 /// characters 0x28 to 0x3F. Throws Exception for a missing or empty file.
 StorageForm detectForm(const std::string& path);
 
-/// Reads a stored data set in either form. Throws Exception for files that are missing,
+/// Reads a stored message in either form. Throws Exception for files that are missing,
 /// empty or damaged.
-std::shared_ptr<Quiltra::Tree> readStored(const std::string& path);
+std::shared_ptr<Quiltra::Message> readStored(const std::string& path);
 
-/// Writes tree in the given form to a temporary file beside path and renames it over path
+/// Writes message in the given form to a temporary file beside path and renames it over path
 /// once written and closed, so a failure never leaves a half-written file or touches an
 /// existing one. Throws Exception when writing fails.
-void writeStored(const std::string& path, const Quiltra::Tree& tree, StorageForm form);
+void writeStored(const std::string& path, const Quiltra::Message& message, StorageForm form);
 
 }  // namespace QuiltraTools
 

@@ -29,7 +29,7 @@ int runGuarded(const QuiltraTools::Command& command) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Builds, converts and changes Quiltra data sets.", "quiltra");
+  CLI::App app("Builds, converts and changes Quiltra messages.", "quiltra");
   app.set_version_flag("--version", QUILTRA_VERSION_STRING);
   app.require_subcommand(1);
   const std::vector<QuiltraTools::Command> commands = {
