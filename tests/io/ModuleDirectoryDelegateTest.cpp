@@ -1,12 +1,11 @@
 #include "support/QuiltraTestSupport.h"
+#include "support/TemporaryFolder.h"
 #include "support/TestDict.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 
 #include <quiltra/core/Version.h>
 #include <quiltra/dataset/Dict.h>
@@ -29,29 +28,21 @@ std::string testModule(const std::string& name) {
 // current dictionary before and after each test.
 class ModuleDirectoryDelegateTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "quiltra-modules-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    _folder = pattern;
-    QuiltraTest::TestDict::install(nullptr);
-  }
-  void TearDown() override {
-    QuiltraTest::TestDict::install(nullptr);
-    fs::remove_all(_folder);
-  }
+  void SetUp() override { QuiltraTest::TestDict::install(nullptr); }
+  void TearDown() override { QuiltraTest::TestDict::install(nullptr); }
 
   // Links a test module into the folder under another name.
   void addModule(const std::string& module, const std::string& as) {
-    fs::create_symlink(testModule(module), _folder / as);
+    fs::create_symlink(testModule(module), _folder.path() / as);
   }
   std::string writeFile(const std::string& name, const std::string& bytes) {
-    std::ofstream(_folder / name, std::ios::binary) << bytes;
-    return (_folder / name).string();
+    std::ofstream(_folder.path() / name, std::ios::binary) << bytes;
+    return (_folder.path() / name).string();
   }
-  std::string folder() const { return _folder.string(); }
+  std::string folder() const { return _folder.path().string(); }
 
  private:
-  fs::path _folder;
+  QuiltraTest::TemporaryFolder _folder{"quiltra-modules"};
 };
 
 // The part of an exception description that a loader message follows.

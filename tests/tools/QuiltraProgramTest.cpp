@@ -1,3 +1,5 @@
+#include "support/TemporaryFolder.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -37,18 +39,12 @@ std::string readFile(const fs::path& path) {
 // Runs the quiltra program in a fresh folder, as a user would from a shell.
 class QuiltraProgramTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "quiltra-program-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    _folder = pattern;
-  }
-  void TearDown() override { fs::remove_all(_folder); }
-
   Outcome run(const std::string& arguments) {
-    const fs::path out = _folder / "stdout.log";
-    const fs::path err = _folder / "stderr.log";
-    const std::string command = "cd '" + _folder.string() + "' && '" + QUILTRA_PROGRAM + "' " +
-                                arguments + " >'" + out.string() + "' 2>'" + err.string() + "'";
+    const fs::path out = _folder.path() / "stdout.log";
+    const fs::path err = _folder.path() / "stderr.log";
+    const std::string command = "cd '" + _folder.path().string() + "' && '" + QUILTRA_PROGRAM +
+                                "' " + arguments + " >'" + out.string() + "' 2>'" + err.string() +
+                                "'";
     const int status = std::system(command.c_str());
     Outcome result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
     fs::remove(out);
@@ -89,10 +85,10 @@ class QuiltraProgramTest : public ::testing::Test {
     EXPECT_EQ(message.specificCharacterSet(), "ISO_IR 192");
     return message.tags();
   }
-  std::string path(const std::string& name) const { return (_folder / name).string(); }
+  std::string path(const std::string& name) const { return (_folder.path() / name).string(); }
   std::vector<std::string> files() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(_folder)) {
+    for (const auto& entry : fs::directory_iterator(_folder.path())) {
       names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());
@@ -114,7 +110,7 @@ class QuiltraProgramTest : public ::testing::Test {
   }
 
  private:
-  fs::path _folder;
+  QuiltraTest::TemporaryFolder _folder{"quiltra-program"};
 };
 
 }  // namespace
