@@ -1,5 +1,6 @@
 #include "Demo.h"
 
+#include "DemoCharset.h"
 #include "DemoDictionary.h"
 #include "DemoDump.h"
 #include "DemoGrid.h"
@@ -138,6 +139,7 @@ int runDemo(std::ostream& out) {
     showStorage(study, out);
     showDumpAndUids(study, out);
     showGrid(out);
+    showCharacterSets(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
     return 1;

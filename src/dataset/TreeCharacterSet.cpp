@@ -6,10 +6,12 @@
  * null items, the parent layers and the element (0008,0005) stay as they are.
  *
  * A value is converted as its text (the bytes before its first zero byte) and stored back
- * as that text and one terminating zero, in a buffer the size the text store would give it
- * (the old one when the new size fits its capacity, else an exact one). The new bytes are
- * written straight into the new buffer, so a converted value costs one allocation, and a
- * pure-ASCII value already stored in that form is passed over without any.
+ * as that text and one terminating zero, with the capacity the text store would leave it
+ * (the old capacity when the new size fits it, else exactly the new size). The new bytes
+ * are written straight into a new buffer, so a converted value costs one allocation, and
+ * a pure-ASCII value already stored as text and zero is passed over without any. A value
+ * stored otherwise (no terminator, or bytes after it) takes the plain road: read the text,
+ * convert it, store it back.
  */
 #include "quiltra/dataset/Tree.h"
 #include "services/CharacterSetCodec.h"
@@ -21,7 +23,6 @@
 #include <string>
 #include <utility>
 
-#include <quiltra/core/Exception.h>
 #include <quiltra/core/TagId.h>
 #include <quiltra/core/Value.h>
 #include <quiltra/core/Vr.h>

@@ -1,4 +1,5 @@
 #include "support/QuiltraTestSupport.h"
+#include "support/TextElement.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -8,22 +9,17 @@
 
 using namespace Quiltra;
 using TreePtr = std::shared_ptr<Tree>;
+using QuiltraTest::textElement;
 
 namespace {
 
 const TagId kCharacterSet(0x0008, 0x0005), kName(0x0010, 0x0010), kId(0x0010, 0x0020);
 
-std::shared_ptr<Tag> element(const TagId& id, Vr vr, const std::string& text) {
-  auto tag = std::make_shared<Tag>(TagInfo(id, "", vr, {1, 9}));
-  tag->addValue(text);
-  return tag;
-}
-
 // A data set naming its character set, with one Latin-1 name.
 TreePtr dataSet(const std::string& characterSet) {
   auto tree = std::make_shared<Tree>();
-  tree->addTag(element(kCharacterSet, CS, characterSet));
-  tree->addTag(element(kName, PN, "M\xFCller^J\xE9r\xF4me"));
+  tree->addTag(textElement(kCharacterSet, CS, characterSet));
+  tree->addTag(textElement(kName, PN, "M\xFCller^J\xE9r\xF4me"));
   return tree;
 }
 
@@ -73,7 +69,7 @@ TEST(MessageTest, KeepsAskingWhileTheDataSetNamesNoCharacterSet) {
   Message message("", IMPLICIT_LITTLE_ENDIAN);
   message.setTags(tree);
   EXPECT_EQ(message.specificCharacterSet(), "");
-  tree->addTag(element(kCharacterSet, CS, "ISO_IR 192"));
+  tree->addTag(textElement(kCharacterSet, CS, "ISO_IR 192"));
   EXPECT_EQ(message.specificCharacterSet(), "ISO_IR 192");
 }
 
@@ -147,8 +143,8 @@ TEST(MessageTest, ConstantTreeIsNeverConverted) {
 TEST(MessageTest, FailedConversionKeepsTheCharacterSet) {
   auto tree = std::make_shared<Tree>();
   // Elements convert in ascending order: kName before kId.
-  tree->addTag(element(kName, PN, "ok \xC3\xA9"));
-  tree->addTag(element(kId, LO, "cut \xC3"));
+  tree->addTag(textElement(kName, PN, "ok \xC3\xA9"));
+  tree->addTag(textElement(kId, LO, "cut \xC3"));
   Message message("ISO_IR 192", IMPLICIT_LITTLE_ENDIAN);
   message.setTags(tree);
   QuiltraTest::expectQuiltraError([&] { message.convertToCharacterSet("ISO_IR 100"); },
@@ -173,7 +169,8 @@ TEST(MessageTest, CopiesOwnTheirTree) {
   assigned = source;
   assigned.tags()->getTag_rw(kName)->setValue(std::string("Other"), 0);
   EXPECT_EQ(nameOf(source), "M\xFCller^J\xE9r\xF4me");
-  assigned = assigned;
+  const Message& same = assigned;
+  assigned = same;  // self-assignment changes nothing
   EXPECT_EQ(nameOf(assigned), "Other");
 }
 
