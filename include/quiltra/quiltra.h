@@ -14,6 +14,7 @@
 #include <quiltra/core/TagInfo.h>
 #include <quiltra/core/TransferSyntax.h>
 #include <quiltra/core/Value.h>
+#include <quiltra/core/Version.h>
 #include <quiltra/core/Vr.h>
 #include <quiltra/dataset/Dict.h>
 #include <quiltra/dataset/Message.h>
@@ -27,6 +28,8 @@
 #include <quiltra/io/LoadLibraryDelegate.h>
 #include <quiltra/io/MemorySink.h>
 #include <quiltra/io/MemorySource.h>
+#include <quiltra/io/Module.h>
+#include <quiltra/io/ModuleDirectoryDelegate.h>
 #include <quiltra/io/Reader.h>
 #include <quiltra/io/Serializable.h>
 #include <quiltra/io/Sink.h>
