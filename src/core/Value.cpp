@@ -15,48 +15,49 @@ Value::Value(const unsigned int& n) {
 
 Value::Value(const unsigned int& n, const unsigned char* bytes) {
   allocate(n);
-  if (_size != 0 && bytes != nullptr) std::memcpy(_data, bytes, _size);
+  if (_size != 0 && bytes != nullptr) std::memcpy(data(), bytes, _size);
 }
 
 // Base classes carry no data; setSize on an empty value gives exactly other's size.
 Value::Value(const Value& other) : Serializable(other), Deserializable(other) {
   setSize(other._size);
-  if (_size != 0 && other._data != nullptr) std::memcpy(_data, other._data, _size);
+  if (_size != 0) std::memcpy(data(), other.data(), _size);
 }
 
-Value::Value(Value&& other) noexcept
-    : Serializable(other),
-      Deserializable(other),
-      _data(other._data),
-      _size(other._size),
-      _capacity(other._capacity) {
-  other._data = nullptr;
-  other._size = 0;
-  other._capacity = 0;
+Value::Value(Value&& other) noexcept : Serializable(other), Deserializable(other) {
+  takeBuffer(other);
 }
 
 // Reuses a buffer that is large enough, so a larger one is never shrunk.
 Value& Value::operator=(const Value& other) {
   if (this == &other) return *this;
   setSize(other._size);
-  if (_size != 0 && other._data != nullptr) std::memcpy(_data, other._data, _size);
+  if (_size != 0) std::memcpy(data(), other.data(), _size);
   return *this;
 }
 
 Value& Value::operator=(Value&& other) noexcept {
   if (this == &other) return *this;
-  delete[] _data;
-  _data = other._data;
-  _size = other._size;
-  _capacity = other._capacity;
-  other._data = nullptr;
-  other._size = 0;
-  other._capacity = 0;
+  purge();
+  takeBuffer(other);
   return *this;
 }
 
 Value::~Value() {
-  delete[] _data;
+  if (_capacity > kInlineCapacity) delete[] _heap;
+}
+
+void Value::takeBuffer(Value& other) noexcept {
+  if (other._capacity > kInlineCapacity) {
+    _heap = other._heap;
+  } else if (other._capacity != 0) {
+    std::memcpy(_inline, other._inline, other._capacity);
+  }
+  _size = other._size;
+  _capacity = other._capacity;
+  other._heap = nullptr;
+  other._size = 0;
+  other._capacity = 0;
 }
 
 void Value::setSize(const unsigned int& n) {
@@ -76,7 +77,7 @@ void Value::setData(const unsigned int& n, const unsigned char* bytes) {
   const unsigned int size = n;
   setSize(size);
   // memmove: bytes may point into this value's own buffer when it was kept.
-  if (_size != 0 && bytes != nullptr) std::memmove(_data, bytes, size);
+  if (_size != 0 && bytes != nullptr) std::memmove(data(), bytes, size);
 }
 
 // The terminator and anything after an embedded zero character are written as zeros, so
@@ -90,30 +91,35 @@ void Value::setData(const std::string& text) {
   const std::size_t zero = text.find('\0');
   const std::size_t length = zero == std::string::npos ? text.size() : zero;
   setSize(static_cast<unsigned int>(text.size() + 1));
-  std::memcpy(_data, text.data(), length);
-  std::memset(_data + length, 0, _size - length);
+  unsigned char* bytes = data();
+  std::memcpy(bytes, text.data(), length);
+  std::memset(bytes + length, 0, _size - length);
 }
 
 void Value::purge() noexcept {
-  delete[] _data;
-  _data = nullptr;
+  if (_capacity > kInlineCapacity) delete[] _heap;
+  _heap = nullptr;
   _size = 0;
   _capacity = 0;
 }
 
 bool Value::operator==(const Value& other) const noexcept {
   if (_size != other._size) return false;
-  return _size == 0 || std::memcmp(_data, other._data, _size) == 0;
+  return _size == 0 || std::memcmp(data(), other.data(), _size) == 0;
 }
 
 void Value::allocate(const unsigned int& n) {
   const unsigned int size = n;
   purge();
   if (size == 0) return;
-  try {
-    _data = new unsigned char[size]();
-  } catch (const std::bad_alloc&) {
-    throw Exception("Value::allocate", "out of memory");
+  if (size <= kInlineCapacity) {
+    std::memset(_inline, 0, size);
+  } else {
+    try {
+      _heap = new unsigned char[size]();
+    } catch (const std::bad_alloc&) {
+      throw Exception("Value::allocate", "out of memory");
+    }
   }
   _size = size;
   _capacity = size;

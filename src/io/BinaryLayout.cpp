@@ -68,7 +68,7 @@ void TagId::deserializeX(Quiltra_Serialization::Source& source) {
 void Value::serializeX(Quiltra_Serialization::Sink& sink) const {
   sink.write(_size);
   sink.write(_capacity);
-  if (_size > 0) sink.writeX(_data, _size);
+  if (_size > 0) sink.writeX(data(), _size);
 }
 
 void Value::deserializeX(Quiltra_Serialization::Source& source) {
@@ -81,7 +81,7 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
   if (size <= kReadChunk) {
     allocate(size);
     try {
-      source.readX(_data, size);
+      source.readX(data(), size);
     } catch (...) {
       purge();
       throw;
@@ -90,7 +90,7 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
   }
   const std::vector<unsigned char> bytes = readChunked(source, size);
   allocate(size);
-  std::memcpy(_data, bytes.data(), size);
+  std::memcpy(data(), bytes.data(), size);
 }
 
 void TagInfo::serializeX(Quiltra_Serialization::Sink& sink) const {

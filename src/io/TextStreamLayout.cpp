@@ -58,11 +58,11 @@ void TagId::fromStream(std::istream& in) {
 }
 
 void Value::toStream(std::ostream& out) const {
-  const bool hasBuffer = _data != nullptr;
+  const bool hasBuffer = _capacity != 0;
   Quiltra_Utils::toStream(out, _capacity);
   Quiltra_Utils::toStream(out, _size);
   Quiltra_Utils::toStream(out, hasBuffer);
-  if (hasBuffer) Quiltra_Utils::toStream(out, _data, _size);
+  if (hasBuffer) Quiltra_Utils::toStream(out, data(), _size);
 }
 
 void Value::fromStream(std::istream& in) {

@@ -40,3 +40,36 @@ TEST(ValueTest, SetsTextWithTerminatingZeroAndCopiesExactSizeButAssignsIntoLarge
   target = copy;
   EXPECT_TRUE(target == copy && target.capacity() == 8);
 }
+
+// Buffers up to the inline limit live inside the object; the size and capacity rules and
+// the bytes must not depend on where the buffer is.
+TEST(ValueTest, KeepsSizeCapacityAndBytesAcrossTheInlineLimit) {
+  constexpr unsigned int kLimit = Value::kInlineCapacity;
+  std::string text(kLimit + 8, 'x');
+  for (unsigned int i = 0; i < text.size(); ++i) text[i] = static_cast<char>('a' + i % 26);
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  Value value(kLimit, bytes);
+  value.setSize(2);
+  value.setSize(kLimit);  // within the inline capacity: the old bytes show again
+  EXPECT_TRUE(value == Value(kLimit, bytes) && value.capacity() == kLimit);
+  value.setSize(kLimit + 1);  // beyond it: a fresh zeroed buffer on the heap
+  EXPECT_TRUE(value == Value(kLimit + 1) && value.capacity() == kLimit + 1);
+  value.setData(kLimit + 1, bytes);
+  value.setSize(3);  // a heap buffer is kept when shrinking
+  EXPECT_TRUE(value == Value(3u, bytes) && value.capacity() == kLimit + 1);
+  Value small(3u, bytes);
+  small = Value(kLimit + 8, bytes);  // a moved heap buffer
+  EXPECT_TRUE(small == Value(kLimit + 8, bytes) && small.capacity() == kLimit + 8);
+  Value moved(std::move(value));  // a moved heap buffer reused within its capacity
+  EXPECT_TRUE(moved == Value(3u, bytes) && moved.capacity() == kLimit + 1);
+  EXPECT_TRUE(value.isNull() && value.data() == nullptr && value.capacity() == 0);
+  Value inlineSource(kLimit, bytes);
+  Value inlineMoved(std::move(inlineSource));
+  EXPECT_TRUE(inlineMoved == Value(kLimit, bytes) && inlineSource.data() == nullptr);
+  inlineMoved = Value(1u, bytes);  // moved inline bytes replace a buffer of the same kind
+  EXPECT_TRUE(inlineMoved == Value(1u, bytes) && inlineMoved.capacity() == 1);
+  Value target(kLimit + 4);
+  const Value two(2u, bytes);
+  target = two;  // copy assignment keeps the larger heap buffer
+  EXPECT_TRUE(target == Value(2u, bytes) && target.capacity() == kLimit + 4);
+}

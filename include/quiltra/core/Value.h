@@ -13,6 +13,9 @@ namespace Quiltra {
 /// One raw value: an owned, zero-filled byte buffer with a size and a capacity.
 /// Resizing within the capacity keeps the buffer and its old bytes; copies get a buffer of
 /// exactly the source's size; assignment never shrinks a larger buffer. Null means size 0.
+/// A buffer of up to kInlineCapacity bytes lives inside the object, so the numbers and short
+/// texts most elements hold cost no allocation; a move then copies those bytes, and data()
+/// of a value changes when the value is moved.
 /// Every allocating operation may throw Exception("Value::allocate", "out of memory"),
 /// after which the value is empty. Threads: a plain value, not shared by the library.
 class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
@@ -31,11 +34,20 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
   Value& operator=(Value&& other) noexcept;
   ~Value() override;
 
+  /// The largest buffer held inside the object instead of on the heap.
+  static constexpr unsigned int kInlineCapacity = 16;
+
   unsigned int size() const noexcept { return _size; }
   unsigned int capacity() const noexcept { return _capacity; }
   /// Null when nothing is allocated.
-  const unsigned char* data() const noexcept { return _data; }
-  unsigned char* data() noexcept { return _data; }
+  const unsigned char* data() const noexcept {
+    if (_capacity == 0) return nullptr;
+    return _capacity <= kInlineCapacity ? _inline : _heap;
+  }
+  unsigned char* data() noexcept {
+    if (_capacity == 0) return nullptr;
+    return _capacity <= kInlineCapacity ? _inline : _heap;
+  }
   bool isNull() const noexcept { return _size == 0; }
 
   /// Grows beyond the capacity into a fresh zeroed buffer (old bytes lost); 0 releases;
@@ -64,8 +76,15 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
 
  private:
   void allocate(const unsigned int& n);
+  /// Takes other's buffer (moving inline bytes), leaving other null. Requires a null value.
+  void takeBuffer(Value& other) noexcept;
 
-  unsigned char* _data = nullptr;
+  // The capacity decides where the buffer is: none for 0, _inline up to kInlineCapacity,
+  // else _heap (an array of _capacity bytes).
+  union {
+    unsigned char* _heap = nullptr;
+    unsigned char _inline[kInlineCapacity];
+  };
   unsigned int _size = 0;
   unsigned int _capacity = 0;
 };
