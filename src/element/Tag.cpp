@@ -1,5 +1,6 @@
 #include "quiltra/element/Tag.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -55,7 +56,7 @@ unsigned int Tag::getValueSize(unsigned int index) const {
 
 unsigned int Tag::getValueSize() const {
   unsigned int total = 0;
-  for (const Value& value : _values) total += value.size();
+  for (std::size_t index = 0; index < _values.size(); ++index) total += _values[index].size();
   return total;
 }
 
@@ -75,8 +76,7 @@ void Tag::setValue(Value&& value, unsigned int index) {
 }
 
 Value& Tag::addValue() {
-  _values.emplace_back();
-  return _values.back();
+  return _values.emplaceBack();
 }
 
 bool Tag::isNull(unsigned int index) const {

@@ -28,6 +28,7 @@
 
 #include "NestingGuard.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -65,7 +66,7 @@ void Tag::serializeX(Quiltra_Serialization::Sink& sink) const {
   _info.serializeX(sink);
   sink.writeType(Quiltra_Serialization::kCodeVector);
   sink.writeRaw(static_cast<std::uint32_t>(_values.size()));
-  for (const Value& value : _values) value.serializeX(sink);
+  for (std::size_t index = 0; index < _values.size(); ++index) _values[index].serializeX(sink);
   sink.write(numberOfSequenceItems());
   for (const std::shared_ptr<Tree>& item : _items) item->serializeX(sink);
 }
@@ -76,8 +77,7 @@ void Tag::deserializeX(Quiltra_Serialization::Source& source) {
   _info.deserializeX(source);
   source.readTypeX(Quiltra_Serialization::kCodeVector);
   for (std::uint32_t count = source.readRaw(); count > 0; --count) {
-    _values.emplace_back();
-    _values.back().deserializeX(source);
+    _values.emplaceBack().deserializeX(source);
   }
   unsigned int items = 0;
   source.read(items);
@@ -95,7 +95,7 @@ void Tag::toStream(std::ostream& out) const {
   refuseNullItems(_items, kMethod);
   _info.toStream(out);
   Quiltra_Utils::toStream(out, numberOfValues());
-  for (const Value& value : _values) value.toStream(out);
+  for (std::size_t index = 0; index < _values.size(); ++index) _values[index].toStream(out);
   Quiltra_Utils::toStream(out, numberOfSequenceItems());
   for (const std::shared_ptr<Tree>& item : _items) item->toStream(out);
 }
@@ -109,8 +109,7 @@ void Tag::fromStream(std::istream& in) {
   unsigned int count = 0;
   Quiltra_Utils::fromStream(in, count);
   for (; count > 0 && in; --count) {
-    _values.emplace_back();
-    _values.back().fromStream(in);
+    _values.emplaceBack().fromStream(in);
   }
   count = 0;
   Quiltra_Utils::fromStream(in, count);

@@ -90,6 +90,25 @@ TEST(TagTest, KeepsValueAndItemSlotsInPlace) {
   EXPECT_TRUE(tag.isEmpty());
 }
 
+// The first value is stored apart from the others: order, copies, moves and a restart after
+// dropValues must not depend on where a value lives.
+TEST(TagTest, KeepsValuesInOrderThroughCopiesMovesAndDrops) {
+  Tag tag(TagInfo(kTextId, "Text", CS, {1, 3}));
+  tag.addValue(std::string("A\\BB\\CCC"));
+  tag.setValue(std::string("DDDD"), 0);
+  EXPECT_TRUE(tag.numberOfValues() == 3u && tag.toString() == "DDDD\\BB\\CCC");
+  const Tag copy(tag);
+  Tag moved(std::move(tag));
+  EXPECT_TRUE(moved.isEqual(copy, 0.0) && moved.getValueSize() == 12u);
+  EXPECT_TRUE(tag.numberOfValues() == 0u && tag.isEmpty());  // NOLINT(bugprone-use-after-move)
+  moved.dropValues();
+  EXPECT_TRUE(moved.addValue().isNull() && moved.numberOfValues() == 1u);
+  Tag assigned(TagInfo(kTextId, "Text", CS, {1, 3}));
+  assigned.addValue(std::string("E"));
+  assigned = copy;
+  EXPECT_EQ(assigned.toString(), "DDDD\\BB\\CCC");
+}
+
 TEST(TagTest, CopiesDeeplyKeepingNullItemsNullAndSurvivesAliasing) {
   Tag source = sequenceOf(2);
   source.addSequenceItem();

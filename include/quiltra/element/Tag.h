@@ -13,6 +13,7 @@
 #include <quiltra/core/TagInfo.h>
 #include <quiltra/core/Value.h>
 #include <quiltra/core/Vr.h>
+#include <quiltra/element/ValueList.h>
 #include <quiltra/io/Serializable.h>
 
 namespace Quiltra {
@@ -169,7 +170,7 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   int compareBytes(const Tag& other, int count) const;
 
   TagInfo _info;
-  std::vector<Value> _values;
+  ValueList _values;
   Items _items;
 };
 
