@@ -29,6 +29,7 @@
  */
 
 #include "ChunkedRead.h"
+#include "core/NamePool.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -95,7 +96,7 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
 
 void TagInfo::serializeX(Quiltra_Serialization::Sink& sink) const {
   _id.serializeX(sink);
-  sink.write(_name);
+  sink.write(nameText(_name));
   sink.write(_vr);
   sink.writeType(Quiltra_Serialization::kCodePair);
   sink.write(_multiplicity.first);
@@ -104,7 +105,9 @@ void TagInfo::serializeX(Quiltra_Serialization::Sink& sink) const {
 
 void TagInfo::deserializeX(Quiltra_Serialization::Source& source) {
   _id.deserializeX(source);
-  source.read(_name);
+  std::string name;
+  source.read(name);
+  _name = sharedName(name);
   source.read(_vr);
   source.readTypeX(Quiltra_Serialization::kCodePair);
   source.read(_multiplicity.first);

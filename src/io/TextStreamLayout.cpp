@@ -20,6 +20,7 @@
 
 #include "ChunkedRead.h"
 #include "StreamBytes.h"
+#include "core/NamePool.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -81,7 +82,7 @@ void Value::fromStream(std::istream& in) {
 void TagInfo::toStream(std::ostream& out) const {
   const int vr = _vr;
   _id.toStream(out);
-  Quiltra_Utils::toStream(out, _name);
+  Quiltra_Utils::toStream(out, nameText(_name));
   Quiltra_Utils::toStream(out, vr);
   Quiltra_Utils::toStream(out, _multiplicity.first);
   Quiltra_Utils::toStream(out, _multiplicity.second);
@@ -98,7 +99,7 @@ void TagInfo::fromStream(std::istream& in) {
   Quiltra_Utils::fromStream(in, multiplicity.first);
   Quiltra_Utils::fromStream(in, multiplicity.second);
   _id = id;
-  _name = std::move(name);
+  _name = sharedName(name);
   _vr = static_cast<Vr>(vr);
   _multiplicity = multiplicity;
 }

@@ -1,7 +1,11 @@
 #include "support/TestDict.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
+#include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include <quiltra/core/TagInfo.h>
 
@@ -39,4 +43,43 @@ TEST(TagInfoTest, AsksDictionaryNameThenVrThenMultiplicity) {
   } dict;
   TagInfo(TagId(0x0010, 0x0010), dict);
   EXPECT_EQ(dict.asked, "name vr multiplicity");
+}
+
+// Names are shared between copies, pooled up to a bound: every name must still come back
+// as it was given, however long, however many, and a copy must stay independent.
+TEST(TagInfoTest, KeepsEveryNameThroughCopiesWhateverItsLengthOrNumber) {
+  const std::string names[] = {"",
+                               "PatientName",
+                               std::string(128, 'n'),
+                               std::string(129, 'n'),
+                               std::string("A\0B", 3),
+                               std::string(5000, 'x')};
+  for (const std::string& name : names) {
+    const TagInfo info(TagId(0x0010, 0x0010), name, Quiltra::PN, {1, 1});
+    TagInfo copy(info);
+    EXPECT_TRUE(info.name() == name && copy.name() == name) << name.size();
+    copy.setName("Other");
+    EXPECT_TRUE(info.name() == name && copy.name() == "Other") << name.size();
+  }
+  std::vector<TagInfo> many;  // more distinct names than the pool keeps
+  for (int i = 0; i < 40000; ++i)
+    many.emplace_back(TagId(), "Name" + std::to_string(i), Quiltra::LO, std::make_pair(1u, 1u));
+  for (int i = 0; i < 40000; ++i) ASSERT_EQ(many[i].name(), "Name" + std::to_string(i));
+}
+
+TEST(TagInfoTest, GivesTheSameNamesToDescriptionsBuiltOnSeveralThreads) {
+  std::vector<std::thread> threads;
+  std::atomic<int> wrong{0};
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([&wrong, t] {
+      for (int i = 0; i < 2000; ++i) {
+        const std::string name = "SharedName" + std::to_string((i + t) % 500);
+        const TagInfo info(TagId(), name, Quiltra::LO, {1, 1});
+        const TagInfo copy = info;
+        if (copy.name() != name) ++wrong;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong.load(), 0);
 }

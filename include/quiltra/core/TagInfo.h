@@ -2,6 +2,7 @@
 #define QUILTRA_CORE_TAGINFO_H_
 
 #include <istream>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -17,7 +18,8 @@ class Dict;
 
 /// The description of a data element: tag, name, value representation and multiplicity.
 /// A plain value; the multiplicity is stored only, never enforced. Throws nothing of its
-/// own; filling from a dictionary lets the dictionary's exceptions through.
+/// own; filling from a dictionary lets the dictionary's exceptions through. The name is an
+/// immutable text shared between copies, so copying a description allocates nothing.
 /// Threads: const instances may be shared.
 class QUILTRA_EXPORT TagInfo : public Quiltra_Serialization::Serializable,
                                public Quiltra_Serialization::Deserializable {
@@ -36,14 +38,14 @@ class QUILTRA_EXPORT TagInfo : public Quiltra_Serialization::Serializable,
   ~TagInfo() override;
 
   const TagId& id() const noexcept { return _id; }
-  std::string name() const { return _name; }
+  std::string name() const { return _name ? *_name : std::string(); }
   const Vr& vr() const noexcept { return _vr; }
   const std::pair<unsigned int, unsigned int>& multiplicity() const noexcept {
     return _multiplicity;
   }
 
   void setId(const TagId& id) { _id = id; }
-  void setName(const std::string& name) { _name = name; }
+  void setName(const std::string& name);
   void setVr(const Vr& vr) { _vr = vr; }
   void setMultiplicity(const std::pair<unsigned int, unsigned int>& multiplicity) {
     _multiplicity = multiplicity;
@@ -59,7 +61,7 @@ class QUILTRA_EXPORT TagInfo : public Quiltra_Serialization::Serializable,
 
  private:
   TagId _id;
-  std::string _name;
+  std::shared_ptr<const std::string> _name;  // empty for the empty name
   Vr _vr = UN;
   std::pair<unsigned int, unsigned int> _multiplicity{0, 0};
 };
