@@ -1,6 +1,8 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <stdexcept>
+#include <streambuf>
 #include <string>
 #include <utility>
 
@@ -51,4 +53,49 @@ TEST(StreamPrimitivesTest, LeavesTheRestOfTheDestinationWhenTheStreamEnds) {
   std::istringstream in("41424");
   Quiltra_Utils::fromStream(in, bytes, 4);
   EXPECT_TRUE(bytes[0] == 0x41 && bytes[1] == 0x42 && bytes[2] == 9 && bytes[3] == 9);
+}
+
+// The reader takes characters in blocks: it must still consume exactly the characters the
+// bytes need, skip white space wherever a block boundary falls, and keep formatted
+// extraction's rules (noskipws, a stream that is not good, an end inside a pair).
+TEST(StreamPrimitivesTest, ConsumesExactlyWhatTheBytesNeedAcrossBlockBoundaries) {
+  std::string bytes(10000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = static_cast<char>(i * 7 % 255 + 1);  // no zero byte
+  std::string text = encoded(bytes);
+  for (std::size_t at = text.size() - 1; at > 1000; at -= 997)
+    text.insert(at, at % 2 ? " \n" : "\t");
+  std::istringstream in(text + " 7?rest");
+  std::string back;
+  Quiltra_Utils::fromStream(in, back);
+  unsigned char next = 0;
+  Quiltra_Utils::fromStream(in, &next, 1);
+  std::string rest;
+  in >> rest;
+  EXPECT_TRUE(back == bytes && next == 0x7F && rest == "rest");
+  std::istringstream noSkip(" 41");
+  noSkip >> std::noskipws;
+  unsigned char byte = 9;
+  Quiltra_Utils::fromStream(noSkip, &byte, 1);  // the blank is a character like any other
+  EXPECT_EQ(byte, 0x04);  // ((0x20 - 0x30) << 4) + (0x34 - 0x30), kept to 8 bits
+  std::istringstream failed("4142");
+  failed.setstate(std::ios::failbit);
+  Quiltra_Utils::fromStream(failed, &byte, 1);
+  EXPECT_EQ(byte, 0x04);  // nothing read from a stream that has failed
+  std::istringstream half("414");
+  unsigned char two[2] = {9, 9};
+  Quiltra_Utils::fromStream(half, two, 2);
+  EXPECT_TRUE(two[0] == 0x41 && two[1] == 9 && half.eof() && half.fail() && !half.bad());
+}
+
+// A stream buffer that throws leaves the stream bad, as formatted extraction does, without
+// the exception escaping a stream that does not ask for it.
+TEST(StreamPrimitivesTest, TurnsAThrowingStreamBufferIntoBadbit) {
+  struct Throwing : std::streambuf {
+    int_type underflow() override { throw std::runtime_error("device failed"); }
+  } buffer;
+  std::istream in(&buffer);
+  unsigned int value = 7;
+  Quiltra_Utils::fromStream(in, value);
+  EXPECT_TRUE(value == 0 && in.bad());
 }
