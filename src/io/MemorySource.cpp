@@ -7,21 +7,27 @@
 
 namespace Quiltra_Serialization {
 
-MemorySource::MemorySource(std::vector<unsigned char> bytes) : _bytes(std::move(bytes)) {}
+// The base keeps the address of _bytes only; it is not used before the source is built.
+MemorySource::MemorySource(const std::vector<unsigned char>& bytes)
+    : Source(_bytes), _bytes(bytes) {}
+
+MemorySource::MemorySource(std::vector<unsigned char>&& bytes) noexcept
+    : Source(_bytes), _bytes(std::move(bytes)) {}
 
 MemorySource::~MemorySource() = default;
 
 void MemorySource::readX(void* data, unsigned int size) {
-  if (size > _bytes.size() - _position) {
+  std::size_t& position = memoryPosition();
+  if (size > _bytes.size() - position) {
     throw Quiltra::Exception("MemorySource::readX", "cannot read past end of data");
   }
   if (size == 0) return;
-  std::memcpy(data, _bytes.data() + _position, size);
-  _position += size;
+  std::memcpy(data, _bytes.data() + position, size);
+  position += size;
 }
 
 void MemorySource::rewind() {
-  _position = 0;
+  memoryPosition() = 0;
 }
 
 }  // namespace Quiltra_Serialization

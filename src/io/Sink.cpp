@@ -24,90 +24,90 @@
 
 namespace Quiltra_Serialization {
 
-namespace {
-
-void writeLittleEndian(Sink& sink, std::uint64_t value, unsigned int width) {
-  unsigned char bytes[8];
-  Quiltra::storeLittleEndian(value, bytes, width);
-  sink.writeX(bytes, width);
-}
-
-}  // namespace
-
 Sink::~Sink() = default;
 
+void Sink::put(const void* data, unsigned int size) {
+  if (_memory == nullptr) return writeX(data, size);
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  _memory->insert(_memory->end(), bytes, bytes + size);
+}
+
+// Code and value are assembled in one block, which memory takes in one step; any other
+// channel gets them in two writeX calls, the code first.
+template <unsigned int Width>
+void Sink::writeField(unsigned int code, std::uint64_t value) {
+  unsigned char bytes[4 + Width];
+  Quiltra::storeLittleEndian(code, bytes, 4);
+  Quiltra::storeLittleEndian(value, bytes + 4, Width);
+  if (_memory != nullptr) {
+    _memory->insert(_memory->end(), bytes, bytes + sizeof bytes);
+    return;
+  }
+  writeX(bytes, 4);
+  writeX(bytes + 4, Width);
+}
+
 void Sink::writeType(unsigned int code) {
-  writeLittleEndian(*this, code, 4);
+  writeRaw(code);
 }
 
 void Sink::writeRaw(std::uint32_t value) {
-  writeLittleEndian(*this, value, 4);
+  unsigned char bytes[4];
+  Quiltra::storeLittleEndian(value, bytes, 4);
+  put(bytes, 4);
 }
 
 void Sink::write(bool value) {
-  writeType(kCodeBool);
-  const unsigned char byte = value ? 1 : 0;
-  writeX(&byte, 1);
+  writeField<1>(kCodeBool, value ? 1 : 0);
 }
 
 void Sink::write(int value) {
-  writeType(kCodeInt);
-  writeLittleEndian(*this, static_cast<std::uint32_t>(value), 4);
+  writeField<4>(kCodeInt, static_cast<std::uint32_t>(value));
 }
 
 void Sink::write(unsigned int value) {
-  writeType(kCodeUInt);
-  writeLittleEndian(*this, value, 4);
+  writeField<4>(kCodeUInt, value);
 }
 
 void Sink::write(short value) {
-  writeType(kCodeShort);
-  writeLittleEndian(*this, static_cast<std::uint16_t>(value), 2);
+  writeField<2>(kCodeShort, static_cast<std::uint16_t>(value));
 }
 
 void Sink::write(unsigned short value) {
-  writeType(kCodeUShort);
-  writeLittleEndian(*this, value, 2);
+  writeField<2>(kCodeUShort, value);
 }
 
 void Sink::write(long value) {
-  writeType(kCodeLong);
-  writeLittleEndian(*this, static_cast<std::uint32_t>(value), 4);
+  writeField<4>(kCodeLong, static_cast<std::uint32_t>(value));
 }
 
 void Sink::write(unsigned long value) {
-  writeType(kCodeULong);
-  writeLittleEndian(*this, static_cast<std::uint32_t>(value), 4);
+  writeField<4>(kCodeULong, static_cast<std::uint32_t>(value));
 }
 
 void Sink::write(float value) {
-  writeType(kCodeFloat);
-  writeLittleEndian(*this, Quiltra::bitsOf(value), 4);
+  writeField<4>(kCodeFloat, Quiltra::bitsOf(value));
 }
 
 void Sink::write(double value) {
-  writeType(kCodeDouble);
-  writeLittleEndian(*this, Quiltra::bitsOf(value), 8);
+  writeField<8>(kCodeDouble, Quiltra::bitsOf(value));
 }
 
 void Sink::write(const std::string& value) {
   const std::size_t zero = value.find('\0');
   const auto length = static_cast<std::uint32_t>(zero == std::string::npos ? value.size() : zero);
-  writeType(kCodeString);
-  writeRaw(length);
+  writeField<4>(kCodeString, length);
   // A string that starts with a zero byte still asks for its (empty) block: a FileSink
   // refuses that, as the format has always done.
-  if (!value.empty()) writeX(value.data(), length);
+  if (!value.empty()) put(value.data(), length);
 }
 
 void Sink::write(Quiltra::Vr value) {
-  writeType(kCodeEnum);
-  writeLittleEndian(*this, static_cast<std::uint32_t>(value), 4);
+  writeField<4>(kCodeEnum, static_cast<std::uint32_t>(value));
 }
 
 void Sink::write(Quiltra::TransferSyntax value) {
-  writeType(kCodeEnum);
-  writeLittleEndian(*this, static_cast<std::uint32_t>(value), 4);
+  writeField<4>(kCodeEnum, static_cast<std::uint32_t>(value));
 }
 
 }  // namespace Quiltra_Serialization

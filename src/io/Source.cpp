@@ -25,85 +25,102 @@ std::uint64_t readLittleEndian(Source& source, unsigned int width) {
   return Quiltra::loadLittleEndian(bytes, width);
 }
 
+[[noreturn]] void throwWrongTypeCode() {
+  throw Quiltra::Exception("Source::readTypeX", "Wrong type code");
+}
+
 }  // namespace
 
 Source::~Source() = default;
 
 std::uint32_t Source::readRaw() {
-  return static_cast<std::uint32_t>(readLittleEndian(*this, 4));
+  if (!inMemory(4)) return static_cast<std::uint32_t>(readLittleEndian(*this, 4));
+  const unsigned char* at = _memory->data() + _position;
+  _position += 4;
+  return static_cast<std::uint32_t>(Quiltra::loadLittleEndian(at, 4));
 }
 
 void Source::readTypeX(unsigned int expected) {
-  if (readRaw() != expected) throw Quiltra::Exception("Source::readTypeX", "Wrong type code");
+  if (readRaw() != expected) throwWrongTypeCode();
+}
+
+// From memory the code and the value come in one step, the position moving as two readX
+// calls would move it: past the code when it is wrong, past both otherwise.
+template <unsigned int Width>
+std::uint64_t Source::readField(unsigned int expected) {
+  if (!inMemory(4 + Width)) {
+    readTypeX(expected);
+    return readLittleEndian(*this, Width);
+  }
+  const unsigned char* at = _memory->data() + _position;
+  _position += 4;
+  if (Quiltra::loadLittleEndian(at, 4) != expected) throwWrongTypeCode();
+  _position += Width;
+  return Quiltra::loadLittleEndian(at + 4, Width);
 }
 
 void Source::read(bool& value) {
-  readTypeX(kCodeBool);
-  unsigned char byte = 0;
-  readX(&byte, 1);
-  value = byte != 0;
+  value = readField<1>(kCodeBool) != 0;
 }
 
 void Source::read(int& value) {
-  readTypeX(kCodeInt);
-  value = toSigned32(readRaw());
+  value = toSigned32(static_cast<std::uint32_t>(readField<4>(kCodeInt)));
 }
 
 void Source::read(unsigned int& value) {
-  readTypeX(kCodeUInt);
-  value = readRaw();
+  value = static_cast<unsigned int>(readField<4>(kCodeUInt));
 }
 
 void Source::read(short& value) {
-  readTypeX(kCodeShort);
-  value = toSigned16(readLittleEndian(*this, 2));
+  value = toSigned16(readField<2>(kCodeShort));
 }
 
 void Source::read(unsigned short& value) {
-  readTypeX(kCodeUShort);
-  value = static_cast<unsigned short>(readLittleEndian(*this, 2));
+  value = static_cast<unsigned short>(readField<2>(kCodeUShort));
 }
 
 void Source::read(long& value) {
-  readTypeX(kCodeLong);
-  value = toSigned32(readRaw());
+  value = toSigned32(static_cast<std::uint32_t>(readField<4>(kCodeLong)));
 }
 
 void Source::read(unsigned long& value) {
-  readTypeX(kCodeULong);
-  value = readRaw();
+  value = static_cast<unsigned long>(readField<4>(kCodeULong));
 }
 
 void Source::read(float& value) {
-  readTypeX(kCodeFloat);
-  value = Quiltra::floatFromBits(readRaw());
+  value = Quiltra::floatFromBits(static_cast<std::uint32_t>(readField<4>(kCodeFloat)));
 }
 
 void Source::read(double& value) {
-  readTypeX(kCodeDouble);
-  value = Quiltra::doubleFromBits(readLittleEndian(*this, 8));
+  value = Quiltra::doubleFromBits(readField<8>(kCodeDouble));
 }
 
 void Source::read(std::string& value) {
-  readTypeX(kCodeString);
+  const auto length = static_cast<std::uint32_t>(readField<4>(kCodeString));
   std::string text;
-  Quiltra::appendChunked(text, readRaw(), [this](char* at, std::size_t n) {
-    readX(at, static_cast<unsigned int>(n));
-    return n;  // a short read throws
-  });
+  if (inMemory(length)) {
+    // The bytes are all there: the length is proven, and they are taken in one step.
+    const char* at = reinterpret_cast<const char*>(_memory->data() + _position);
+    text.assign(at, length);
+    _position += length;
+  } else {
+    Quiltra::appendChunked(text, length, [this](char* at, std::size_t n) {
+      readX(at, static_cast<unsigned int>(n));
+      return n;  // a short read throws
+    });
+  }
   const std::size_t zero = text.find('\0');
   if (zero != std::string::npos) text.resize(zero);
   value = std::move(text);
 }
 
 void Source::read(Quiltra::Vr& value) {
-  readTypeX(kCodeEnum);
-  value = static_cast<Quiltra::Vr>(toSigned32(readRaw()));
+  value = static_cast<Quiltra::Vr>(toSigned32(static_cast<std::uint32_t>(readField<4>(kCodeEnum))));
 }
 
 void Source::read(Quiltra::TransferSyntax& value) {
-  readTypeX(kCodeEnum);
-  value = static_cast<Quiltra::TransferSyntax>(toSigned32(readRaw()));
+  value = static_cast<Quiltra::TransferSyntax>(
+      toSigned32(static_cast<std::uint32_t>(readField<4>(kCodeEnum))));
 }
 
 }  // namespace Quiltra_Serialization

@@ -111,3 +111,54 @@ TEST_F(ChannelTest, RejectsShortInputAndEmptyOrImpossibleTransfers) {
   close(ends[0]);
   close(ends[1]);
 }
+
+// Memory channels move whole fields at once; any other channel must still see the code and
+// the value in two writeX calls, and every channel must give the same bytes.
+TEST_F(ChannelTest, WritesTheSameBytesThroughMemoryAndThroughWriteXCalls) {
+  struct Recording : Quiltra_Serialization::Sink {
+    void writeX(const void* data, unsigned int size) override {
+      const auto* bytes = static_cast<const unsigned char*>(data);
+      written.insert(written.end(), bytes, bytes + size);
+      sizes.push_back(size);
+    }
+    Bytes written;
+    std::vector<unsigned int> sizes;
+  } recording;
+  recording.write(7u);
+  recording.write(std::string("AB"));
+  EXPECT_EQ(recording.sizes, (std::vector<unsigned int>{4, 4, 4, 4, 2}));
+  std::apply([&](const auto&... field) { (recording.write(field), ...); }, kSample);
+  Quiltra_Serialization::MemorySink memory;
+  memory.write(7u);
+  memory.write(std::string("AB"));
+  std::apply([&](const auto&... field) { (memory.write(field), ...); }, kSample);
+  EXPECT_EQ(memory.bytes(), recording.written);
+}
+
+TEST_F(ChannelTest, HandsBytesFromSinkToSourceWithoutCopying) {
+  Quiltra_Serialization::MemorySink memory;
+  std::apply([&](const auto&... field) { (memory.write(field), ...); }, kSample);
+  Bytes taken = memory.takeBytes();
+  EXPECT_TRUE(taken == kSampleBytes && memory.bytes().empty());
+  memory.write(true);  // the sink starts again from nothing
+  EXPECT_EQ(memory.bytes(), hex("00 00 00 00 01"));
+  MemorySource source(std::move(taken));
+  EXPECT_EQ(readSample(source), kSample);
+  unsigned char byte = 0;
+  expectQuiltraError([&] { source.readX(&byte, 1); }, "MemorySource::readX",
+                     "cannot read past end of data");
+  source.rewind();
+  EXPECT_EQ(readSample(source), kSample);
+}
+
+// A wrong code moves the position past the code only, whether the field is read in one step
+// from memory or code and value apart near the end.
+TEST_F(ChannelTest, LeavesAWrongCodeBehindTheReadPosition) {
+  MemorySource whole(hex("02 00 00 00 05 00 00 00"));
+  int value = 0;
+  expectQuiltraError([&] { whole.read(value); }, "Source::readTypeX", "Wrong type code");
+  EXPECT_EQ(whole.readRaw(), 5u);
+  MemorySource cut(hex("02 00 00 00 05 00"));
+  expectQuiltraError([&] { cut.read(value); }, "Source::readTypeX", "Wrong type code");
+  expectQuiltraError([&] { cut.readRaw(); }, "MemorySource::readX", "cannot read past end of data");
+}

@@ -1,7 +1,6 @@
 #ifndef QUILTRA_IO_MEMORYSOURCE_H_
 #define QUILTRA_IO_MEMORYSOURCE_H_
 
-#include <cstddef>
 #include <vector>
 
 #include <quiltra/core/Export.h>
@@ -9,21 +8,24 @@
 
 namespace Quiltra_Serialization {
 
-/// A Source that reads from a byte vector it owns; fails at the end of the bytes.
-/// Threads: one thread at a time.
+/// A Source that reads from a byte vector it owns; typed reads take whole fields from it
+/// directly. Fails at the end of the bytes. Threads: one thread at a time.
 class QUILTRA_EXPORT MemorySource : public Source {
  public:
-  explicit MemorySource(std::vector<unsigned char> bytes);
+  /// Reads from a copy of bytes.
+  explicit MemorySource(const std::vector<unsigned char>& bytes);
+  /// Reads from bytes themselves, taken over without copying (from MemorySink::takeBytes,
+  /// for instance).
+  explicit MemorySource(std::vector<unsigned char>&& bytes) noexcept;
   ~MemorySource() override;
 
   /// Throws Exception("MemorySource::readX", "cannot read past end of data") when fewer
-  /// than size bytes are left. A 0-byte read succeeds.
-  void readX(void* data, unsigned int size) override;
+  /// than size bytes are left. A 0-byte read succeeds. Final: the typed reads bypass it.
+  void readX(void* data, unsigned int size) final;
   void rewind() override;
 
  private:
-  std::vector<unsigned char> _bytes;
-  std::size_t _position = 0;
+  const std::vector<unsigned char> _bytes;
 };
 
 }  // namespace Quiltra_Serialization

@@ -14,7 +14,10 @@
 namespace Quiltra_Serialization {
 
 /// A byte channel that typed fields are written to: a 4-byte little-endian type code,
-/// then the value, little-endian whatever the host. Derived classes supply writeX.
+/// then the value, little-endian whatever the host. Derived classes supply writeX, which the
+/// typed writes call once for the code and once for the value; a channel that collects its
+/// bytes in a vector may hand it to the protected constructor instead, and the typed writes
+/// then append whole fields to it directly.
 /// Threads: one thread at a time.
 class QUILTRA_EXPORT Sink {
  public:
@@ -57,6 +60,21 @@ class QUILTRA_EXPORT Sink {
   void writeType(unsigned int code);
   /// A 32-bit count or length without a type code.
   void writeRaw(std::uint32_t value);
+
+ protected:
+  /// For a channel whose writeX appends to memory, and does nothing else: the typed writes
+  /// append there themselves, which gives the same bytes without a call per part. memory
+  /// must outlive the Sink.
+  explicit Sink(std::vector<unsigned char>& memory) noexcept : _memory(&memory) {}
+
+ private:
+  /// The code, then the low Width bytes of value.
+  template <unsigned int Width>
+  void writeField(unsigned int code, std::uint64_t value);
+  /// size raw bytes, through memory or writeX.
+  void put(const void* data, unsigned int size);
+
+  std::vector<unsigned char>* _memory = nullptr;
 };
 
 }  // namespace Quiltra_Serialization

@@ -1,6 +1,7 @@
 #ifndef QUILTRA_IO_SOURCE_H_
 #define QUILTRA_IO_SOURCE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -16,6 +17,9 @@ namespace Quiltra_Serialization {
 /// A byte channel that typed fields are read from, the counterpart of Sink.
 /// Sizes and counts read from it are never trusted: strings grow with the bytes actually
 /// read, so a forged length ends in the channel's end-of-input failure.
+/// A channel that reads from a vector in memory may hand it to the protected constructor:
+/// the typed reads then take whole fields from it directly while it holds them, and call
+/// readX, which decides how the input ends, only when it runs short.
 /// Threads: one thread at a time.
 class QUILTRA_EXPORT Source {
  public:
@@ -66,6 +70,25 @@ class QUILTRA_EXPORT Source {
 
   /// A 32-bit count or length without a type code.
   std::uint32_t readRaw();
+
+ protected:
+  /// For a channel whose readX reads from memory at memoryPosition() and advances it, and
+  /// does nothing else. memory must stay unchanged, and alive, as long as the Source.
+  explicit Source(const std::vector<unsigned char>& memory) noexcept : _memory(&memory) {}
+  /// Where the next read from memory starts; the typed reads advance it as readX would.
+  std::size_t& memoryPosition() noexcept { return _position; }
+
+ private:
+  /// Whether memory still holds size bytes from the current position.
+  bool inMemory(std::size_t size) const noexcept {
+    return _memory != nullptr && _memory->size() - _position >= size;
+  }
+  /// A code, checked against expected, then a value of Width bytes.
+  template <unsigned int Width>
+  std::uint64_t readField(unsigned int expected);
+
+  const std::vector<unsigned char>* _memory = nullptr;
+  std::size_t _position = 0;
 };
 
 }  // namespace Quiltra_Serialization
