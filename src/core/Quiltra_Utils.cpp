@@ -159,11 +159,14 @@ std::string toString(unsigned int value) {
   return std::to_string(value);
 }
 
+// What a default-formatted stream writes (printf's %g with six significant digits) with "."
+// as the point whatever the locale; to_chars with a precision is specified as that printf
+// in the C locale, without a stream to build per number.
 std::string toString(double value) {
-  std::ostringstream out;
-  out.imbue(std::locale::classic());
-  out << value;
-  return out.str();
+  char text[32];  // %g with 6 digits needs at most 13 characters ("-1.23457e+308")
+  const std::to_chars_result end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6);
+  return std::string(text, end.ptr);
 }
 
 std::string toString(const Quiltra::Date& date) {

@@ -26,8 +26,6 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <locale>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -142,16 +140,6 @@ std::uint32_t scanTagText(const std::string& text) {
   return (static_cast<std::uint32_t>(element) << 16) | group;
 }
 
-// Default stream formatting (six significant digits, general notation) with "." as the
-// point whatever the global locale is.
-template <class Number>
-std::string formatDefault(Number number) {
-  std::ostringstream out;
-  out.imbue(std::locale::classic());
-  out << number;
-  return out.str();
-}
-
 std::string formatTag(std::uint32_t bits) {
   static const char kDigits[] = "0123456789abcdef";
   std::string text("(0000,0000)");
@@ -254,9 +242,9 @@ std::string to_String(const Value& value, Vr vr) {
     case UL:
       return std::to_string(to_UInt(value, vr));
     case FL:
-      return formatDefault(to_Float(value, vr));
+      return Quiltra_Utils::toString(static_cast<double>(to_Float(value, vr)));
     case FD:
-      return formatDefault(to_Double(value, vr));
+      return Quiltra_Utils::toString(to_Double(value, vr));
     case AT:
       return formatTag(to_UInt(value, vr));
     default:

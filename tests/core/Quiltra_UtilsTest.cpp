@@ -1,6 +1,11 @@
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <locale>
+#include <random>
+#include <sstream>
+#include <vector>
 
 #include <quiltra/core/Logging.h>
 #include <quiltra/core/Quiltra_Utils.h>
@@ -41,6 +46,28 @@ void recordLog(std::string message, int level) {
 TEST(Quiltra_UtilsTest, PrintsNumbersAsADefaultStream) {
   EXPECT_EQ(printAll(-2147483647 - 1, 4294967295u, 1234.567, 1234567.0, 123456.0, 0.0, 1e-5, 1e-4),
             "-2147483648 4294967295 1234.57 1.23457e+06 123456 0 1e-05 0.0001 ");
+}
+
+// The text must be a default stream's in the classic locale for every double, the special
+// ones included, although no stream writes it any more.
+TEST(Quiltra_UtilsTest, PrintsEveryDoubleAsADefaultClassicStream) {
+  std::vector<double> values = {
+      -0.0,     999999.5,  9999995.0,    5e-324,       1.7976931348623157e308,
+      HUGE_VAL, -HUGE_VAL, std::nan(""), -std::nan("")};
+  std::mt19937_64 random(13);
+  for (int i = 0; i < 20000; ++i) {
+    const std::uint64_t bits = random();
+    double value = 0.0;
+    std::memcpy(&value, &bits, sizeof value);
+    values.push_back(value);
+    values.push_back(std::ldexp(static_cast<double>(bits % 2000001) - 1e6, i % 80 - 40));
+  }
+  for (double value : values) {
+    std::ostringstream out;
+    out.imbue(std::locale::classic());
+    out << value;
+    ASSERT_EQ(toString(value), out.str());
+  }
 }
 
 TEST(Quiltra_UtilsTest, ReadsNumbersFallingBackToZeroAndSaturating) {
