@@ -44,12 +44,13 @@ unsigned short Tree::findPrivateSlot(unsigned short group, const std::string& cr
   return 0;
 }
 
+// One search: it answers the creator's slot, or else the lowest free one, which the view
+// shows no creator element for.
 unsigned short Tree::getPrivateSlot(unsigned short group, const std::string& creator) {
-  unsigned short slot = findPrivateSlot(group, creator, false);
-  if (slot != 0) return slot;
-  slot = findPrivateSlot(group, creator, true);
+  const unsigned short slot = findPrivateSlot(group, creator, true);
   if (slot == 0) return 0;
   const TagId id(group, slot);
+  if (hasTag(id, AllLayers)) return slot;
   auto element = std::make_shared<Tag>(TagInfo(id, "PrivateCreator", LO, {1, 1}));
   element->addValue(creator);
   addTag(id, element);
