@@ -236,26 +236,17 @@ std::shared_ptr<Tree> largeValueTree(std::size_t bytes) {
 
 template <class Impl>
 void largeStoreWorkload(benchmark::State& state, std::size_t bytes) {
-  const auto tree = largeValueTree(bytes);
-  for (auto _ : state) {
-    decltype(Impl::store(tree)) stored;
-    timed(state, [&] { stored = Impl::store(tree); });
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+  storeLoop<Impl>(state, largeValueTree(bytes));
 }
 
 template <class Impl>
 void largeLoadWorkload(benchmark::State& state, std::size_t bytes) {
-  const auto stored = Impl::store(largeValueTree(bytes));
-  for (auto _ : state) {
-    std::shared_ptr<Tree> back;
-    timed(state, [&] { back = Impl::load(stored); });
-    if (back->getTag(TagId(0x7FE0, 0x0010))->getValueSize() != bytes) {
-      state.SkipWithError("the large value did not come back whole");
-      return;
-    }
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+  auto whole = [bytes](benchmark::State& s, const std::shared_ptr<Tree>& back) {
+    if (back->getTag(TagId(0x7FE0, 0x0010))->getValueSize() == bytes) return true;
+    s.SkipWithError("the large value did not come back whole");
+    return false;
+  };
+  loadLoop<Impl>(state, Impl::store(largeValueTree(bytes)), whole);
 }
 
 void memcpyWorkload(benchmark::State& state, std::size_t bytes) {

@@ -227,9 +227,8 @@ void frameAccessWorkload(benchmark::State& state) {
 }
 
 // Workload 6: the frame tree stored in memory and read back.
-template <class Impl>
-void storeWorkload(benchmark::State& state) {
-  auto tree = Impl::buildFrames(sizes().frames);
+template <class Impl, class Stored>
+void storeLoop(benchmark::State& state, const Stored& tree) {
   std::size_t bytes = 0;
   for (auto _ : state) {
     decltype(Impl::store(tree)) stored;
@@ -239,15 +238,26 @@ void storeWorkload(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
 }
 
-template <class Impl>
-void loadWorkload(benchmark::State& state) {
-  const auto stored = Impl::store(Impl::buildFrames(sizes().frames));
+/// Reads stored back on every iteration; holds(state, result) checks what came back.
+template <class Impl, class Bytes, class Check>
+void loadLoop(benchmark::State& state, const Bytes& stored, Check holds) {
   for (auto _ : state) {
     decltype(Impl::load(stored)) back;
     timed(state, [&] { back = Impl::load(stored); });
-    if (!holdsFrames<Impl>(state, back)) return;
+    if (!holds(state, back)) return;
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * stored.size()));
+}
+
+template <class Impl>
+void storeWorkload(benchmark::State& state) {
+  storeLoop<Impl>(state, Impl::buildFrames(sizes().frames));
+}
+
+template <class Impl>
+void loadWorkload(benchmark::State& state) {
+  loadLoop<Impl>(state, Impl::store(Impl::buildFrames(sizes().frames)),
+                 [](benchmark::State& s, const auto& back) { return holdsFrames<Impl>(s, back); });
 }
 
 // Workload 8: heap in use after building, from the allocator's statistics.

@@ -3,7 +3,8 @@
 
 One row per workload, one column per implementation with the median over the repetitions,
 then the ratio Quiltra/peer for each other implementation (below 1: Quiltra is faster or
-smaller). Times are the measured operation only; heap rows are bytes from the allocator's
+smaller) and, for the storage workloads, Quiltra's rate in megabytes of the stored form per
+second. Times are the measured operation only; heap rows are bytes from the allocator's
 statistics.
 
 Usage: table.py RESULTS.json [--markdown]
@@ -24,6 +25,13 @@ def split_name(run_name):
     return workload, implementation
 
 
+def rate(run):
+    """Megabytes (10^6) of the stored form per second, where the workload counts bytes."""
+    if "bytes_per_second" not in run:
+        return None
+    return run["bytes_per_second"] / 1e6
+
+
 def measurement(run):
     if "heap_bytes" in run:
         return run["heap_bytes"], "B"
@@ -39,9 +47,11 @@ def collect(results):
         workload, implementation = split_name(run["run_name"])
         value, unit = measurement(run)
         row = rows.setdefault(workload, {"rank": run.get("family_index", 0), "unit": unit,
-                                         "values": {}})
+                                         "values": {}, "rates": []})
         row["rank"] = min(row["rank"], run.get("family_index", 0))
         row["values"].setdefault(implementation, []).append(value)
+        if implementation == "Quiltra" and rate(run) is not None:
+            row["rates"].append(rate(run))
     return sorted(rows.items(), key=lambda item: item[1]["rank"])
 
 
@@ -69,7 +79,7 @@ def main(argv):
     implementations += sorted(present - set(ORDER))
     peers = [impl for impl in implementations if impl != "Quiltra"]
 
-    header = ["workload"] + implementations + [f"Q/{peer}" for peer in peers]
+    header = ["workload"] + implementations + [f"Q/{peer}" for peer in peers] + ["Q MB/s"]
     lines = []
     for workload, row in rows:
         medians = {impl: statistics.median(values) for impl, values in row["values"].items()}
@@ -77,6 +87,7 @@ def main(argv):
         for peer in peers:
             quiltra, other = medians.get("Quiltra"), medians.get(peer)
             cells.append(f"{quiltra / other:.2f}" if quiltra is not None and other else "")
+        cells.append(f"{statistics.median(row['rates']):.0f}" if row["rates"] else "")
         lines.append(cells)
 
     repetitions = max((len(v) for _, row in rows for v in row["values"].values()), default=0)
@@ -85,9 +96,12 @@ def main(argv):
           f"CPUs at {context.get('mhz_per_cpu', '?')} MHz, load average "
           f"{', '.join(f'{x:.2f}' for x in context.get('load_avg', []))} at the start.")
     if context.get("left_out"):
+        if markdown:
+            print()
         print(f"Left out (over ten minutes a run; QUILTRA_BENCH_ALL=1 or scripts/bench --all "
               f"runs them): {context['left_out']}.")
     if markdown:
+        print()
         print("| " + " | ".join(header) + " |")
         print("|" + "|".join(" --- " for _ in header) + "|")
         for cells in lines:
