@@ -26,7 +26,7 @@ Object readBack(const Object& object) {
 
 bool sameTrees(const Quiltra::Tree& a, const Quiltra::Tree& b) {
   if (a.tagsSize() != b.tagsSize()) return false;
-  for (const auto& [id, tag] : a.tags()) {
+  for (const auto& [id, tag] : a.constTags()) {
     auto other = b.getTag(id, Quiltra::OwnLayer);
     if (!other || !tag->isEqual(*other, 0.0)) return false;
   }

@@ -1,6 +1,9 @@
 #include "Demo.h"
 
+#include "DemoCharset.h"
 #include "DemoDictionary.h"
+#include "DemoDump.h"
+#include "DemoGrid.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -134,6 +137,9 @@ int runDemo(std::ostream& out) {
     showLayers(study, out);
     showPrivateBlock(study, out);
     showStorage(study, out);
+    showDumpAndUids(study, out);
+    showGrid(out);
+    showCharacterSets(out);
   } catch (const Exception& error) {
     out << "demo failed: " << error.toString();
     return 1;

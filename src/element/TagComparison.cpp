@@ -56,9 +56,10 @@ int compareValueBytes(const Value& mine, const Value& theirs) {
 }
 
 // Both items present: the own entries of mine, looked up through every layer of theirs
-// (one search per layer; an empty answer is what hasTag would call absent).
-bool itemsEqual(const Tree& mine, const Tree& theirs, double tolerance) {
-  if (mine.tags().size() != theirs.tags().size()) return false;
+// (one search per layer; an empty answer is what hasTag would call absent). mine is taken
+// writable only to walk its own map in place; nothing is changed.
+bool itemsEqual(Tree& mine, const Tree& theirs, double tolerance) {
+  if (mine.tagsSize() != theirs.tagsSize()) return false;
   for (const auto& [id, tag] : mine.tags()) {
     const std::shared_ptr<const Tag> match = theirs.getTag(id, AllLayers);
     if (!match || !tag->isEqual(*match, tolerance)) return false;

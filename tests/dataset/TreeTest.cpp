@@ -1,6 +1,10 @@
 #include "support/TestDict.h"
 
 #include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <type_traits>
+#include <utility>
 
 #include <quiltra/quiltra.h>
 
@@ -91,6 +95,60 @@ TEST(TreeTest, RemoveTagLeavesMarkedPlaceholderOnlyForInheritedIds) {
   EXPECT_EQ(views(*child), "M-P- M-P- M-P-");
   parent->removeTag(kModality);  // a root erases
   EXPECT_EQ(parent->tagsSize(), 1u);
+}
+
+// A holder of a constant Tree (a child's parent(), root()) could once change the parent's
+// elements through tags(); now only a writable Tree lists writable elements.
+template <class T, class = void>
+struct ListsTagsThrough : std::false_type {};
+template <class T>
+struct ListsTagsThrough<T, std::void_t<decltype(std::declval<T&>().tags())>> : std::true_type {};
+
+TEST(TreeTest, ConstantTreeListsOnlyConstantElements) {
+  static_assert(ListsTagsThrough<Tree>::value && !ListsTagsThrough<const Tree>::value);
+  static_assert(std::is_same_v<decltype(std::declval<const Tree&>().constTags()),
+                               std::map<TagId, std::shared_ptr<const Tag>>>);
+  auto parent = layer(nullptr, {kModality, kPatientName});
+  auto child = layer(parent, {kRows});
+  child->removeTag(kModality);
+  const Tree::ConstTagMap listed = child->parent()->constTags();
+  ASSERT_EQ(listed.size(), 2u);
+  EXPECT_EQ(listed.at(kModality), parent->getTag(kModality));  // the stored objects, shared
+  const Tree::ConstTagMap own = child->constTags();            // placeholders included
+  ASSERT_EQ(own.size(), 2u);
+  EXPECT_EQ(own.at(kModality), child->tags().at(kModality));
+}
+
+// std::move of a Tree once deep-copied every element and left the source full.
+TEST(TreeTest, MovesTakeOverTheContentWithoutCopying) {
+  static_assert(std::is_nothrow_move_constructible_v<Tree> &&
+                std::is_nothrow_move_assignable_v<Tree>);
+  auto parent = layer(nullptr, {kModality, kPatientName});
+  parent->setDict(std::make_shared<QuiltraTest::TestDict>());
+  Tree source(parent);
+  source.addTag(makeTag(kRows));
+  source.removeTag(kModality);
+  const auto rows = source.getTag(kRows);
+  Tree moved(std::move(source));
+  EXPECT_EQ(moved.getTag(kRows), rows);
+  EXPECT_EQ(views(moved) + " " + std::to_string(moved.tagsSize()), "--PR ---R ---R 2");
+  EXPECT_TRUE(moved.hasTag("PatientName"));
+  EXPECT_TRUE(source.tagsSize() == 0 && !source.hasParent() && !source.hasDict());
+  EXPECT_EQ(views(source), "---- ---- ----");
+
+  // Assigning from a Tree that lives inside the target's own item.
+  auto outer = std::make_shared<Tree>();
+  outer->addTag(makeTag(kPatientId, "", SQ));
+  const auto inner = layer(nullptr, {kRows});
+  outer->getTag_rw(kPatientId)->addSequenceItem(inner);
+  Tree* innerTree = inner.get();
+  const auto innerRows = inner->getTag(kRows);
+  *outer = std::move(*innerTree);
+  EXPECT_EQ(outer->getTag(kRows), innerRows);
+  EXPECT_EQ(views(*outer), "---R ---- ---R");
+  moved = std::move(*outer);
+  EXPECT_EQ(moved.getTag(kRows), innerRows);
+  EXPECT_FALSE(moved.hasParent());
 }
 
 TEST(TreeTest, SetDictReachesNestedItemsButNotParent) {

@@ -18,6 +18,7 @@
 namespace Quiltra {
 
 class Tree;
+class NestingCheck;
 
 /// One data element: its description, its raw values and, for a sequence, its items.
 /// Owns its values; shares its sequence-item Trees with whoever else holds them (an
@@ -34,6 +35,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   Tag() = default;
   explicit Tag(const TagInfo& info);
   /// Deep copy: values copied, items copied through Tree::copy, null items kept null.
+  /// Assignment builds the copy before it changes anything, so a failing copy leaves the
+  /// target as it was.
   Tag(const Tag& other);
   Tag& operator=(const Tag& other);
   Tag(Tag&& other) noexcept = default;
@@ -55,6 +58,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   unsigned int getValueSize() const;
   const Value& getValue(unsigned int index) const;
   void setValue(const Value& value, unsigned int index);
+  /// Takes value's buffer over as value index.
+  void setValue(Value&& value, unsigned int index);
   /// Appends an empty value for the caller to fill. Valid until the next change of values.
   Value& addValue();
   bool isNull(unsigned int index) const;
@@ -66,7 +71,9 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   unsigned int numberOfSequenceItems() const noexcept {
     return static_cast<unsigned int>(_items.size());
   }
-  /// Both throw "illegal type" unless the representation is SQ.
+  /// Both throw "illegal type" unless the representation is SQ. The constant list holds
+  /// the items as they are: they are shared with this Tag, not protected, so a holder of
+  /// a constant Tag can still change an item's elements through it.
   const Items& sequenceItems() const;
   Items& sequenceItems();
   void setSequenceItem(const std::shared_ptr<Tree>& item, unsigned int index);
@@ -130,14 +137,23 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   bool operator!=(const Tag& other) const { return !isEqual(other, 0.0); }
 
   // Storage forms.
-  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item.
+  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item, and
+  /// Exception("Tree::serializeX", "nesting too deep"), before writing anything, when items
+  /// nest more than 256 levels below this Tag.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  /// Throws Exception("Tree::deserializeX", "nesting too deep") for items more than 256
+  /// levels below this Tag.
   void deserializeX(Quiltra_Serialization::Source& source) override;
-  /// Throws Exception("Tag::toStream", "null sequence item") for a null item.
+  /// Throws Exception("Tag::toStream", "null sequence item") for a null item, and
+  /// Exception("Tree::toStream", "nesting too deep") as serializeX does.
   void toStream(std::ostream& out) const;
+  /// Items more than 256 levels below this Tag read as the end of the stream.
   void fromStream(std::istream& in);
 
  private:
+  // Measures the nesting of what the writers would write, before they write.
+  friend class NestingCheck;
+
   bool isOfType(const VRCType& type) const { return isType(_info.vr(), type); }
   void typeChecking(const VRCType& type) const;
   void rangeChecking(const unsigned int& index) const;
