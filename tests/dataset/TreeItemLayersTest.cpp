@@ -1,36 +1,14 @@
+#include "support/AllocationWatch.h"
 #include "support/QuiltraTestSupport.h"
 #include "support/TestDict.h"
 #include "support/TextElement.h"
 
-#include <atomic>
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
-#include <new>
 #include <sstream>
 #include <string>
 
 #include <quiltra/quiltra.h>
-
-// Counts every allocation, so that a test can tell how many blocks one call takes.
-namespace {
-std::atomic<long> allocations{0};
-}  // namespace
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
-  throw std::bad_alloc();
-}
-
-// Kept out of line, so that the compiler does not meet free() next to a new expression.
-[[gnu::noinline]] void operator delete(void* block) noexcept {
-  std::free(block);
-}
-
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
 
 namespace Quiltra {
 namespace {
@@ -286,11 +264,11 @@ TEST(TreeItemLayersTest, InPlaceChangesOfTheChildPassOverSharedItems) {
 TEST(TreeItemLayersTest, AllocatesAFewBlocksPerLevelWhateverTheNumberOfItems) {
   auto count = [](unsigned int items) {
     auto child = std::make_shared<Tree>(frames(items));
-    const long start = allocations.load();
+    const long start = QuiltraTest::allocationCount.load();
     child->layerSequenceItem(kDeep);
-    const long first = allocations.load() - start;
+    const long first = QuiltraTest::allocationCount.load() - start;
     child->layerSequenceItem(kDeep);
-    EXPECT_LE(allocations.load() - start - first, 1);
+    EXPECT_LE(QuiltraTest::allocationCount.load() - start - first, 1);
     return first;
   };
   const long small = count(10);
