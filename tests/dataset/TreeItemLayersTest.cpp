@@ -151,6 +151,30 @@ TEST(TreeItemLayersTest, ReachesThreeLevelsDownAndReusesEarlierSteps) {
   EXPECT_EQ(streamed(*parent), before);
 }
 
+// A layer over a changed child layers the child's items, not the parent's, and leaves both
+// as they were.
+TEST(TreeItemLayersTest, LayersOverAChildReachIntoTheChildsItems) {
+  auto parent = frames(5);
+  auto child = std::make_shared<Tree>(parent);
+  auto leaf = child->layerSequenceItem(kDeep);
+  leaf->setTag(textElement(kText, LO, "child"));
+  auto grandchild = std::make_shared<Tree>(child);
+
+  auto top = grandchild->layerSequenceItem(kDeep);
+  top->setTag(textElement(kText, LO, "grandchild"));
+  grandchild->layerSequenceItem({{kFrames, 0}})->removeTag(kOuter);
+  EXPECT_EQ(top->parent(), leaf);
+  EXPECT_EQ(textAt(*grandchild, kDeep), "grandchild");
+  EXPECT_EQ(textAt(*child, kDeep), "child");
+  EXPECT_EQ(textAt(*parent, kDeep), "frame 3");
+  EXPECT_TRUE(itemAt(*child, {{kFrames, 0}})->hasTag(kOuter));
+  EXPECT_EQ(grandchild->getTag(kFrames)->sequenceItems()[1],
+            parent->getTag(kFrames)->sequenceItems()[1]);
+  EXPECT_EQ(textAt(*readBack(*grandchild), kDeep), "grandchild");
+  EXPECT_EQ(child->tagsSize(), 1u);
+  EXPECT_EQ(leaf->tagsSize(), 1u);
+}
+
 // A bad step anywhere on the path throws before anything changes.
 TEST(TreeItemLayersTest, RejectsBadPathsWithoutChangingTheChild) {
   auto parent = frames(3);
