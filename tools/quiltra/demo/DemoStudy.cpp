@@ -23,6 +23,22 @@ std::shared_ptr<Tag> element(const Dict& dict, const std::string& name, const st
   return tag;
 }
 
+// Latin-1 text with every byte from 0x80 up shown as \xNN, so a UTF-8 terminal shows it.
+std::string shown(const std::string& latin1) {
+  static const char kHex[] = "0123456789ABCDEF";
+  std::string text;
+  for (const unsigned char c : latin1) {
+    if (c < 0x80) {
+      text += static_cast<char>(c);
+      continue;
+    }
+    text += "\\x";
+    text += kHex[c >> 4];
+    text += kHex[c & 0x0F];
+  }
+  return text;
+}
+
 void set(Tree& tree, const std::string& name, const std::string& text) {
   tree.addTag(element(*tree.getDict(), name, text));
 }
@@ -107,10 +123,10 @@ std::shared_ptr<Tree> layerChange(const std::shared_ptr<Tree>& study, std::ostre
   set(*change, "PatientName", "Anonymis\xE9^Patient");
   set(*change, "SeriesDescription", "Demo series");
   change->removeTag(change->getDict()->tagId("PatientID"));
-  out << "the layer sees PatientName '" << change->getTag("PatientName")->toString()
+  out << "the layer sees PatientName '" << shown(change->getTag("PatientName")->toString())
       << "', PatientID present: " << change->hasTag("PatientID") << ", own elements "
       << change->tagsSize() << "\n";
-  out << "the study keeps PatientName '" << study->getTag("PatientName")->toString()
+  out << "the study keeps PatientName '" << shown(study->getTag("PatientName")->toString())
       << "', PatientID present: " << study->hasTag("PatientID") << "\n";
   return change;
 }
