@@ -20,12 +20,14 @@ Command addDumpCommand(CLI::App& app) {
       "dump", "Print stored messages (either form) and DICOM files as readable text");
   parser->add_option("FILE", *files, "Stored messages or DICOM files")->required();
   return {parser, [files] {
-            const auto dump = dumpWriter();
+            std::shared_ptr<Quiltra::Dump> dump;
             int status = 0;
             for (const std::string& file : *files) {
               if (files->size() > 1) std::cout << "==> " << file << " <==\n";
               try {
-                dump->write(nullptr, readStored(file).message);
+                const auto message = readStored(file).message;
+                if (!dump) dump = dumpWriter();  // once something is there to print
+                dump->write(nullptr, message);
               } catch (const Quiltra::Exception& error) {
                 std::cout.flush();
                 std::cerr << error.toString();
