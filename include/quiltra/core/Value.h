@@ -40,14 +40,8 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
   unsigned int size() const noexcept { return _size; }
   unsigned int capacity() const noexcept { return _capacity; }
   /// Null when nothing is allocated.
-  const unsigned char* data() const noexcept {
-    if (_capacity == 0) return nullptr;
-    return _capacity <= kInlineCapacity ? _inline : _heap;
-  }
-  unsigned char* data() noexcept {
-    if (_capacity == 0) return nullptr;
-    return _capacity <= kInlineCapacity ? _inline : _heap;
-  }
+  const unsigned char* data() const noexcept { return isInline() ? _inline : _heap; }
+  unsigned char* data() noexcept { return isInline() ? _inline : _heap; }
   bool isNull() const noexcept { return _size == 0; }
 
   /// Grows beyond the capacity into a fresh zeroed buffer (old bytes lost); 0 releases;
@@ -76,11 +70,14 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
 
  private:
   void allocate(const unsigned int& n);
+  /// A capacity of 1 to kInlineCapacity; one comparison, as 0 wraps to the largest number.
+  /// Otherwise the buffer is _heap, which is null while nothing is allocated.
+  bool isInline() const noexcept { return _capacity - 1u < kInlineCapacity; }
   /// Takes other's buffer (moving inline bytes), leaving other null. Requires a null value.
   void takeBuffer(Value& other) noexcept;
 
-  // The capacity decides where the buffer is: none for 0, _inline up to kInlineCapacity,
-  // else _heap (an array of _capacity bytes).
+  // The capacity decides where the buffer is: none for 0 (then _heap is null), _inline up
+  // to kInlineCapacity, else _heap (an array of _capacity bytes).
   union {
     unsigned char* _heap = nullptr;
     unsigned char _inline[kInlineCapacity];
