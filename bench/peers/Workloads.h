@@ -146,15 +146,17 @@ bool holdsFlatData(benchmark::State& state, const Set& set, const FlatData& data
   return true;
 }
 
+/// Whether value, read from the last frame, is the one it was built with.
+inline bool isLastFrameValue(benchmark::State& state, double value) {
+  const std::size_t last = sizes().frames - 1;
+  if (value == frameReal(last, FrameLayout::kReadSequence, FrameLayout::kReadElement)) return true;
+  state.SkipWithError("the frame tree does not hold the values it was built with");
+  return false;
+}
+
 template <class Impl, class Tree>
 bool holdsFrames(benchmark::State& state, const Tree& tree) {
-  const std::size_t last = sizes().frames - 1;
-  if (Impl::frameValue(tree, last) !=
-      frameReal(last, FrameLayout::kReadSequence, FrameLayout::kReadElement)) {
-    state.SkipWithError("the frame tree does not hold the values it was built with");
-    return false;
-  }
-  return true;
+  return isLastFrameValue(state, Impl::frameValue(tree, sizes().frames - 1));
 }
 
 // Workload 1: building flat data sets.
@@ -358,13 +360,7 @@ auto buildImage() {
 
 template <class Impl, class Loaded>
 bool holdsFramesFile(benchmark::State& state, const Loaded& loaded) {
-  const std::size_t last = sizes().frames - 1;
-  if (Impl::loadedFrameValue(loaded, last) !=
-      frameReal(last, FrameLayout::kReadSequence, FrameLayout::kReadElement)) {
-    state.SkipWithError("the frame tree did not come back from its file");
-    return false;
-  }
-  return true;
+  return isLastFrameValue(state, Impl::loadedFrameValue(loaded, sizes().frames - 1));
 }
 
 template <class Impl, class Loaded>
