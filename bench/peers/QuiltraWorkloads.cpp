@@ -423,7 +423,6 @@ void insertAfter(Workloads& list, const std::string& name, Workloads more) {
 Workloads quiltraWorkloads() {
   const std::string q = "Quiltra";
   Workloads list = sharedWorkloads<QuiltraImpl>(q);
-  // Replace with Tree's own operation for a change inside a sequence item once it exists.
   insertAfter(list, "frames: deep copy+change",
               {{"frames: layered change", q, layeredChangeWorkload},
                {"frames: read all via layer", q, readThroughLayerWorkload}});

@@ -12,6 +12,7 @@ figures of the workload it is held against (context "compared:<workload>").
 Usage: table.py RESULTS.json [--markdown]
 """
 import json
+import math
 import re
 import statistics
 import sys
@@ -77,7 +78,9 @@ def ratio(quiltra, other):
     if quiltra is None or not other:
         return ""
     value = quiltra / other
-    return f"{value:.2f}" if value >= 0.1 or value == 0 else f"{value:.2g}"
+    if value >= 0.1 or value == 0:
+        return f"{value:.2f}"
+    return f"{value:.{1 - math.floor(math.log10(value))}f}"  # two significant digits
 
 
 def shown(value, unit):
