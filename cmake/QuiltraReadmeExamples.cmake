@@ -40,6 +40,9 @@ function(quiltra_add_readme_examples readme)
     file(MAKE_DIRECTORY ${dir}/${name}.run)
     add_executable(${name} ${dir}/${name}.cpp)
     target_link_libraries(${name} PRIVATE Quiltra::quiltra)
+    # Beside the other test programs, whose ../lib/quiltra/modules is the build tree's
+    # module folder (where a static build's module loader looks).
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
     quiltra_set_warnings(${name})
     quiltra_set_sanitizers(${name})
     if(NOT loads_modules EQUAL -1)
