@@ -60,8 +60,8 @@ DcmItem* frameItem(std::size_t frame) {
     const NestedSequence& sequence = FrameLayout::nested[s];
     auto* nestedItem = new DcmItem();
     for (std::size_t e = 0; e < 5; ++e) {
-      const NestedElement& spec = sequence.elements[e];
-      putValue(*nestedItem, spec.group, spec.element, spec.kind, frameText(frame),
+      const NestedElement& entry = sequence.elements[e];
+      putValue(*nestedItem, entry.group, entry.element, entry.kind, frameText(frame),
                frameNumber(frame, s, e), frameReal(frame, s, e));
     }
     auto* nested = new DcmSequenceOfItems(DcmTag(sequence.group, sequence.element, EVR_SQ));
@@ -126,13 +126,13 @@ struct DcmtkImpl {
 
   static DataSetPtr empty() { return std::make_unique<DcmDataset>(); }
 
-  static void insert(const DataSetPtr& set, const ElementSpec& spec) {
-    putValue(*set, spec.group, spec.element, spec.kind, spec.text, spec.number, spec.real);
+  static void insert(const DataSetPtr& set, const ElementSpec& entry) {
+    putValue(*set, entry.group, entry.element, entry.kind, entry.text, entry.number, entry.real);
   }
 
-  static double read(const DataSetPtr& set, const ElementSpec& spec) {
-    const DcmTagKey key(spec.group, spec.element);
-    switch (spec.kind) {
+  static double read(const DataSetPtr& set, const ElementSpec& entry) {
+    const DcmTagKey key(entry.group, entry.element);
+    switch (entry.kind) {
       case Kind::LO: {
         OFString text;
         check(set->findAndGetOFString(key, text));
@@ -152,11 +152,11 @@ struct DcmtkImpl {
     return 0.0;
   }
 
-  static void remove(const DataSetPtr& set, const ElementSpec& spec) {
-    check(set->findAndDeleteElement(DcmTagKey(spec.group, spec.element)));
+  static void remove(const DataSetPtr& set, const ElementSpec& entry) {
+    check(set->findAndDeleteElement(DcmTagKey(entry.group, entry.element)));
   }
 
-  static void replace(const DataSetPtr& set, const ElementSpec& spec) { insert(set, spec); }
+  static void replace(const DataSetPtr& set, const ElementSpec& entry) { insert(set, entry); }
 
   static DataSetPtr buildFrames(std::size_t count) {
     auto tree = empty();

@@ -56,8 +56,8 @@ gdcm::DataElement makeElement(std::uint16_t group, std::uint16_t element, Kind k
   return made;
 }
 
-gdcm::DataElement makeElement(const ElementSpec& spec) {
-  return makeElement(spec.group, spec.element, spec.kind, spec.text, spec.number, spec.real);
+gdcm::DataElement makeElement(const ElementSpec& entry) {
+  return makeElement(entry.group, entry.element, entry.kind, entry.text, entry.number, entry.real);
 }
 
 gdcm::DataElement sequenceElement(const gdcm::Tag& tag, gdcm::SequenceOfItems& items) {
@@ -81,8 +81,8 @@ void fillFrameItem(gdcm::DataSet& item, std::size_t frame) {
     gdcm::SmartPointer<gdcm::SequenceOfItems> nested = new gdcm::SequenceOfItems;
     gdcm::DataSet& nestedItem = nested->AddNewUndefinedLengthItem().GetNestedDataSet();
     for (std::size_t e = 0; e < 5; ++e) {
-      const NestedElement& spec = sequence.elements[e];
-      nestedItem.Insert(makeElement(spec.group, spec.element, spec.kind, frameText(frame),
+      const NestedElement& entry = sequence.elements[e];
+      nestedItem.Insert(makeElement(entry.group, entry.element, entry.kind, frameText(frame),
                                     frameNumber(frame, s, e), frameReal(frame, s, e)));
     }
     item.Insert(sequenceElement(gdcm::Tag(sequence.group, sequence.element), *nested));
@@ -151,13 +151,13 @@ struct GdcmImpl {
 
   static DataSetPtr empty() { return std::make_unique<gdcm::DataSet>(); }
 
-  static void insert(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Insert(makeElement(spec));
+  static void insert(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Insert(makeElement(entry));
   }
 
-  static double read(const DataSetPtr& set, const ElementSpec& spec) {
-    const gdcm::DataElement& element = set->GetDataElement(gdcm::Tag(spec.group, spec.element));
-    switch (spec.kind) {
+  static double read(const DataSetPtr& set, const ElementSpec& entry) {
+    const gdcm::DataElement& element = set->GetDataElement(gdcm::Tag(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO: {
         const gdcm::ByteValue* bytes = element.GetByteValue();
         return static_cast<double>(std::string(bytes->GetPointer(), bytes->GetLength()).size());
@@ -170,12 +170,12 @@ struct GdcmImpl {
     return 0.0;
   }
 
-  static void remove(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Remove(gdcm::Tag(spec.group, spec.element));
+  static void remove(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Remove(gdcm::Tag(entry.group, entry.element));
   }
 
-  static void replace(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Replace(makeElement(spec));
+  static void replace(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Replace(makeElement(entry));
   }
 
   static DataSetPtr buildFrames(std::size_t count) {

@@ -94,17 +94,17 @@ std::string textFor(const char* prefix, std::size_t index) {
 }
 
 ElementSpec elementFor(std::size_t index) {
-  ElementSpec spec;
-  spec.group = static_cast<std::uint16_t>(0x0010 + 2 * (index / kElementsPerGroup));
-  spec.element = static_cast<std::uint16_t>(0x1000 + index % kElementsPerGroup);
+  ElementSpec entry;
+  entry.group = static_cast<std::uint16_t>(0x0010 + 2 * (index / kElementsPerGroup));
+  entry.element = static_cast<std::uint16_t>(0x1000 + index % kElementsPerGroup);
   const std::size_t slot = index % 5;  // 3 of 5 LO, 1 US, 1 FD
-  spec.kind = slot < 3 ? Kind::LO : (slot == 3 ? Kind::US : Kind::FD);
-  spec.keyword = keyword(index);
-  spec.text = textFor("TEXT ", index);
-  spec.replacement = textFor("EDIT ", index);
-  spec.number = static_cast<std::uint16_t>(index & 0xFFFF);
-  spec.real = static_cast<double>(index) * 0.25 + 0.5;
-  return spec;
+  entry.kind = slot < 3 ? Kind::LO : (slot == 3 ? Kind::US : Kind::FD);
+  entry.keyword = keyword(index);
+  entry.text = textFor("TEXT ", index);
+  entry.replacement = textFor("EDIT ", index);
+  entry.number = static_cast<std::uint16_t>(index & 0xFFFF);
+  entry.real = static_cast<double>(index) * 0.25 + 0.5;
+  return entry;
 }
 
 // Fisher-Yates over a fixed-seed engine: the same order on every run and in every

@@ -53,10 +53,10 @@ std::shared_ptr<Tree> frameItem(std::size_t frame) {
     const NestedSequence& sequence = FrameLayout::nested[s];
     auto nestedItem = std::make_shared<Tree>();
     for (std::size_t e = 0; e < 5; ++e) {
-      const NestedElement& spec = sequence.elements[e];
+      const NestedElement& entry = sequence.elements[e];
       auto tag = std::make_shared<Tag>(
-          TagInfo(TagId(spec.group, spec.element), spec.keyword, vrOf(spec.kind), {1, 1}));
-      switch (spec.kind) {
+          TagInfo(TagId(entry.group, entry.element), entry.keyword, vrOf(entry.kind), {1, 1}));
+      switch (entry.kind) {
         case Kind::LO:
           tag->addValue(frameText(frame));
           break;
@@ -102,26 +102,26 @@ struct QuiltraImpl {
     return std::make_shared<Tree>();
   }
 
-  static void insert(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
+  static void insert(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
     auto tag = std::make_shared<Tag>(
-        TagInfo(TagId(spec.group, spec.element), spec.keyword, vrOf(spec.kind), {1, 1}));
-    switch (spec.kind) {
+        TagInfo(TagId(entry.group, entry.element), entry.keyword, vrOf(entry.kind), {1, 1}));
+    switch (entry.kind) {
       case Kind::LO:
-        tag->addValue(spec.text);
+        tag->addValue(entry.text);
         break;
       case Kind::US:
-        tag->addValue(spec.number);
+        tag->addValue(entry.number);
         break;
       case Kind::FD:
-        tag->addValue(spec.real);
+        tag->addValue(entry.real);
         break;
     }
     tree->addTag(tag);
   }
 
-  static double read(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    const auto tag = tree->getTag(TagId(spec.group, spec.element));
-    switch (spec.kind) {
+  static double read(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    const auto tag = tree->getTag(TagId(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO:
         return static_cast<double>(tag->toString(0).size());
       case Kind::US:
@@ -132,21 +132,21 @@ struct QuiltraImpl {
     return 0.0;
   }
 
-  static void remove(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    tree->removeTag(TagId(spec.group, spec.element));
+  static void remove(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    tree->removeTag(TagId(entry.group, entry.element));
   }
 
-  static void replace(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    const auto tag = tree->getTag_rw(TagId(spec.group, spec.element));
-    switch (spec.kind) {
+  static void replace(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    const auto tag = tree->getTag_rw(TagId(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO:
-        tag->setValue(spec.text, 0);
+        tag->setValue(entry.text, 0);
         break;
       case Kind::US:
-        tag->setValue(spec.number, 0);
+        tag->setValue(entry.number, 0);
         break;
       case Kind::FD:
-        tag->setValue(spec.real, 0);
+        tag->setValue(entry.real, 0);
         break;
     }
   }

@@ -6,9 +6,9 @@
 //
 // An adapter is a struct of static functions:
 //   empty()                          a new, empty data set (a handle: smart pointer)
-//   insert(set, spec)                adds one element of the flat data
-//   read(set, spec)                  a typed read of that element (text length, US, FD)
-//   remove(set, spec), replace(set, spec)  replace writes spec's value over the element
+//   insert(set, entry)                adds one element of the flat data
+//   read(set, entry)                  a typed read of that element (text length, US, FD)
+//   remove(set, entry), replace(set, entry)  replace writes entry's value over the element
 //   buildFrames(count)               the frame tree of FrameLayout
 //   deepCopy(tree)                   an independent copy, values and items included
 //   changeFrameValue(tree, frame, v) writes the read FD of one frame
@@ -100,25 +100,25 @@ inline std::string sizeName(std::size_t bytes) {
                                          : std::to_string(bytes >> 10) + " KiB";
 }
 
-/// What read() answers for the element spec describes.
-inline double expectedRead(const ElementSpec& spec) {
-  switch (spec.kind) {
+/// What read() answers for the element entry describes.
+inline double expectedRead(const ElementSpec& entry) {
+  switch (entry.kind) {
     case Kind::LO:
-      return static_cast<double>(spec.text.size());
+      return static_cast<double>(entry.text.size());
     case Kind::US:
-      return spec.number;
+      return entry.number;
     case Kind::FD:
-      return spec.real;
+      return entry.real;
   }
   return 0.0;
 }
 
-/// spec with the value that replace() writes instead of the original.
-inline ElementSpec replacementOf(const ElementSpec& spec) {
-  ElementSpec changed = spec;
-  changed.text = spec.replacement;
-  changed.number = static_cast<std::uint16_t>(spec.number ^ 1U);
-  changed.real = spec.real + 0.25;
+/// entry with the value that replace() writes instead of the original.
+inline ElementSpec replacementOf(const ElementSpec& entry) {
+  ElementSpec changed = entry;
+  changed.text = entry.replacement;
+  changed.number = static_cast<std::uint16_t>(entry.number ^ 1U);
+  changed.real = entry.real + 0.25;
   return changed;
 }
 
@@ -128,7 +128,7 @@ auto buildFlat(const FlatData& data, bool shuffled) {
   if (shuffled) {
     for (std::size_t index : data.shuffled) Impl::insert(set, data.ascending[index]);
   } else {
-    for (const ElementSpec& spec : data.ascending) Impl::insert(set, spec);
+    for (const ElementSpec& entry : data.ascending) Impl::insert(set, entry);
   }
   return set;
 }
@@ -137,8 +137,8 @@ auto buildFlat(const FlatData& data, bool shuffled) {
 /// wrong work is worse than none.
 template <class Impl, class Set>
 bool holdsFlatData(benchmark::State& state, const Set& set, const FlatData& data) {
-  for (const ElementSpec* spec : {&data.ascending.front(), &data.ascending.back()}) {
-    if (Impl::read(set, *spec) != expectedRead(*spec)) {
+  for (const ElementSpec* entry : {&data.ascending.front(), &data.ascending.back()}) {
+    if (Impl::read(set, *entry) != expectedRead(*entry)) {
       state.SkipWithError("the data set does not hold the values it was built with");
       return false;
     }
