@@ -23,5 +23,12 @@ install(FILES ${PROJECT_BINARY_DIR}/QuiltraConfig.cmake
               ${PROJECT_BINARY_DIR}/QuiltraConfigVersion.cmake
         DESTINATION ${QUILTRA_CMAKE_DIR})
 
+# Programs linked through pkg-config find a shared library outside the loader's own folders
+# through the run-time path their link records; the loader's folders need none.
+set(QUILTRA_PC_RPATH "")
+get_filename_component(quiltra_libdir "${CMAKE_INSTALL_FULL_LIBDIR}" ABSOLUTE)
+if(BUILD_SHARED_LIBS AND NOT quiltra_libdir IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+  set(QUILTRA_PC_RPATH " -Wl,-rpath,\${libdir}")
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/quiltra.pc.in ${PROJECT_BINARY_DIR}/quiltra.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quiltra.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

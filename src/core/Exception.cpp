@@ -23,6 +23,10 @@ Exception::Exception(const Exception& other) = default;
 
 Exception& Exception::operator=(const Exception& other) = default;
 
+Exception::Exception(Exception&& other) noexcept = default;
+
+Exception& Exception::operator=(Exception&& other) noexcept = default;
+
 Exception::~Exception() = default;
 
 std::string Exception::toString() const {

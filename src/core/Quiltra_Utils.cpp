@@ -6,6 +6,7 @@
 // Numbers use "." as the decimal point and no group separators, whatever the locale.
 #include "quiltra/core/Quiltra_Utils.h"
 
+#include "core/TextScan.h"
 #include "core/VrTable.h"
 
 #include <algorithm>
@@ -32,32 +33,14 @@ constexpr std::size_t kDateLength = 8;
 // Caps a decimal exponent while it is read; far beyond any double's range.
 constexpr long long kExponentCap = 1000000000;
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool isHexLetter(char c) {
   return (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-// The blanks of the C locale, fixed here so that no locale changes a reading.
-bool isBlank(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-std::size_t skipBlanks(std::string_view text, std::size_t pos) {
-  while (pos < text.size() && isBlank(text[pos])) ++pos;
-  return pos;
-}
-
-std::size_t skipDigits(std::string_view text, std::size_t pos) {
-  while (pos < text.size() && isDigit(text[pos])) ++pos;
-  return pos;
-}
-
-std::size_t skipSign(std::string_view text, std::size_t pos) {
-  return pos < text.size() && (text[pos] == '+' || text[pos] == '-') ? pos + 1 : pos;
-}
+using Quiltra::isDigit;
+using Quiltra::skipBlanks;
+using Quiltra::skipDigits;
+using Quiltra::skipSign;
 
 // A number zero-padded on the left to width; a wider number is written in full.
 void appendPadded(std::string& out, std::uint64_t value, std::size_t width) {
@@ -78,6 +61,7 @@ struct DecimalScan {
 // Reads "e", an optional sign and at least one digit at pos; moves pos past them.
 long long scanExponent(std::string_view text, std::size_t& pos) {
   if (pos >= text.size() || (text[pos] != 'e' && text[pos] != 'E')) return 0;
+  const bool negative = Quiltra::isMinusAt(text, pos + 1);
   const std::size_t digits = skipSign(text, pos + 1);
   const std::size_t end = skipDigits(text, digits);
   if (end == digits) return 0;
@@ -86,7 +70,7 @@ long long scanExponent(std::string_view text, std::size_t& pos) {
     exponent = std::min(kExponentCap, exponent * 10 + (text[i] - '0'));
   }
   pos = end;
-  return text[digits - 1] == '-' ? -exponent : exponent;
+  return negative ? -exponent : exponent;
 }
 
 // Decimal places up to the first significant digit: the count of whole digits from the
@@ -216,7 +200,7 @@ std::string toString(Quiltra::Vr vr) {
 int toInt(const std::string& text) {
   const std::size_t signPos = skipBlanks(text, 0);
   const std::size_t digits = skipSign(text, signPos);
-  const bool negative = digits > signPos && text[signPos] == '-';
+  const bool negative = Quiltra::isMinusAt(text, signPos);
   // The magnitude stops growing at 2^31, so any number of digits saturates without overflow.
   constexpr std::int64_t kCap = std::int64_t{1} << 31;
   std::int64_t magnitude = 0;

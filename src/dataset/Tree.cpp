@@ -42,8 +42,42 @@ Tree& Tree::operator=(const Tree& other) {
   return *this;
 }
 
-// Members go in reverse order of declaration: dictionary, parent, marks, elements.
-Tree::~Tree() = default;
+// The weak self-reference stays with each object, as for copies.
+Tree::Tree(Tree&& other) noexcept
+    : Quiltra_Serialization::Serializable(other),
+      Quiltra_Serialization::Deserializable(other),
+      std::enable_shared_from_this<Tree>(other),
+      _tags(std::move(other._tags)),
+      _deleted(std::move(other._deleted)),
+      _parent(std::move(other._parent)),
+      _dict(std::move(other._dict)) {
+  other._tags.clear();
+  other._deleted.clear();
+}
+
+// Everything is taken from other before this Tree's old content goes: other may live inside
+// one of its elements.
+Tree& Tree::operator=(Tree&& other) noexcept {
+  if (this == &other) return *this;
+  Tree taken(std::move(other));
+  std::swap(_tags, taken._tags);
+  std::swap(_deleted, taken._deleted);
+  std::swap(_parent, taken._parent);
+  std::swap(_dict, taken._dict);
+  return *this;  // taken releases the old content
+}
+
+// Releasing the parent would run the parent's destructor, which releases its parent, and so
+// on: one nested call per layer. Instead, each parent that this Tree alone keeps alive gives
+// up its own parent before it goes, so every destructor returns after one step. A parent
+// that has other owners is simply released.
+Tree::~Tree() {
+  std::shared_ptr<const Tree> parent = std::move(_parent);
+  while (parent && parent.use_count() == 1) {
+    std::shared_ptr<const Tree> next = std::move(parent->_parent);
+    parent = std::move(next);  // destroys the old parent, which no longer holds one
+  }
+}
 
 std::shared_ptr<Tree> Tree::copy() const {
   return std::make_shared<Tree>(*this);

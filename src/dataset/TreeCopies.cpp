@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <set>
+#include <vector>
 
 #include <quiltra/element/Tag.h>
 
@@ -117,32 +118,53 @@ void Tree::setTags(std::shared_ptr<const Tree> other) {
   setEach(*this, *other->getTags(OwnLayer));
 }
 
+// The layers a collector walks, root-most first; a loop, so a chain of any length fits the
+// stack. Costs one pointer per layer.
+std::vector<const Tree*> Tree::collectedLayers(TagSelector selector) const {
+  std::vector<const Tree*> layers;
+  for (const Tree* layer = this; layer != nullptr; layer = layer->_parent.get()) {
+    const Visit visit = visitFor(selector, layer->hasParent());
+    if (visit == Visit::Nothing) break;
+    layers.push_back(layer);
+    if (visit == Visit::OwnOnly) break;
+  }
+  return {layers.rbegin(), layers.rend()};
+}
+
+template <class Target, class Keep, class Drop>
+void Tree::collect(Target& target, TagSelector selector, const TagId& from, const TagId& to,
+                   Keep&& keep, Drop&& drop) const {
+  for (const Tree* layer : collectedLayers(selector)) {
+    forEachInRange(layer->_tags, from, to, [&](const TagMap::value_type& entry) {
+      if (layer->isDeleted(entry.first)) {
+        drop(target, entry);
+      } else {
+        keep(target, entry);
+      }
+    });
+  }
+}
+
 void Tree::addTagsToSet(std::set<unsigned int>& target, TagSelector selector, const TagId& from,
                         const TagId& to) const {
-  const Visit visit = visitFor(selector, hasParent());
-  if (visit == Visit::Nothing) return;
-  if (visit == Visit::ParentFirst) _parent->addTagsToSet(target, selector, from, to);
-  forEachInRange(_tags, from, to, [&](const TagMap::value_type& entry) {
-    if (isDeleted(entry.first)) {
-      target.erase(entry.first.rawId());
-      return;
-    }
-    target.insert(entry.first.rawId());
-  });
+  collect(
+      target, selector, from, to,
+      [](std::set<unsigned int>& ids, const TagMap::value_type& entry) {
+        ids.insert(entry.first.rawId());
+      },
+      [](std::set<unsigned int>& ids, const TagMap::value_type& entry) {
+        ids.erase(entry.first.rawId());
+      });
 }
 
 void Tree::addTagsToMap(ConstTagMap& target, TagSelector selector, const TagId& from,
                         const TagId& to) const {
-  const Visit visit = visitFor(selector, hasParent());
-  if (visit == Visit::Nothing) return;
-  if (visit == Visit::ParentFirst) _parent->addTagsToMap(target, selector, from, to);
-  forEachInRange(_tags, from, to, [&](const TagMap::value_type& entry) {
-    if (isDeleted(entry.first)) {
-      target.erase(entry.first);
-      return;
-    }
-    target.insert_or_assign(entry.first, entry.second);
-  });
+  collect(
+      target, selector, from, to,
+      [](ConstTagMap& tags, const TagMap::value_type& entry) {
+        tags.insert_or_assign(entry.first, entry.second);
+      },
+      [](ConstTagMap& tags, const TagMap::value_type& entry) { tags.erase(entry.first); });
 }
 
 }  // namespace Quiltra

@@ -20,22 +20,22 @@ const std::string& indexOutOfRange() {
 
 Tag::Tag(const TagInfo& info) : _info(info) {}
 
-Tag::Tag(const Tag& other) : Serializable(other), Deserializable(other) {
-  *this = other;
-}
-
-Tag& Tag::operator=(const Tag& other) {
-  if (this == &other) return *this;
-  _info = other._info;
-  _values = other._values;
-  // The old items stay alive until the end: other may live inside one of them.
-  Items released;
-  released.swap(_items);
+// Items are copied through Tree::copy; a null item stays null.
+Tag::Tag(const Tag& other)
+    : Serializable(other), Deserializable(other), _info(other._info), _values(other._values) {
   _items.resize(other._items.size());
   for (std::size_t index = 0; index < other._items.size(); ++index) {
     if (other._items[index]) _items[index] = other._items[index]->copy();
   }
-  return *this;
+}
+
+// The copy is built aside, so a copy that fails leaves this Tag as it was; the moves that
+// follow cannot fail. other may live inside one of this Tag's items, which the move releases
+// only after everything has been taken from other.
+Tag& Tag::operator=(const Tag& other) {
+  if (this == &other) return *this;
+  Tag copied(other);
+  return *this = std::move(copied);
 }
 
 Tag::~Tag() = default;

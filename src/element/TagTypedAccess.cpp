@@ -18,6 +18,9 @@
  */
 #include "quiltra/element/Tag.h"
 
+#include "core/TextScan.h"
+#include "io/LittleEndian.h"
+
 #include <climits>
 #include <cmath>
 #include <cstdint>
@@ -35,11 +38,6 @@
 namespace Quiltra {
 
 namespace {
-
-static_assert(std::numeric_limits<float>::is_iec559 && sizeof(float) == 4,
-              "FL values are IEEE 754 binary32");
-static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == 8,
-              "FD values are IEEE 754 binary64");
 
 // Operation names and texts are built once per process.
 const std::string& unexpectedVr() {
@@ -62,51 +60,12 @@ const std::string& notForStrings() {
 // The first width bytes as a little-endian number; bytes beyond the value's size read as 0.
 std::uint64_t loadLittleEndian(const Value& value, unsigned int width) {
   const unsigned int count = value.size() < width ? value.size() : width;
-  const unsigned char* bytes = value.data();
-  std::uint64_t bits = 0;
-  for (unsigned int i = 0; i < count; ++i) bits |= static_cast<std::uint64_t>(bytes[i]) << (8 * i);
-  return bits;
+  return count == 0 ? 0 : Quiltra::loadLittleEndian(value.data(), count);
 }
 
 void storeLittleEndian(Value& value, std::uint64_t bits, unsigned int width) {
   value.setSize(width);
-  unsigned char* bytes = value.data();
-  for (unsigned int i = 0; i < width; ++i) bytes[i] = static_cast<unsigned char>(bits >> (8 * i));
-}
-
-// Two's complement reinterpretations, spelled out so that no conversion is out of range.
-short toSigned16(std::uint64_t bits) {
-  const int low = static_cast<int>(bits & 0xFFFFu);
-  return static_cast<short>(low < 0x8000 ? low : low - 0x10000);
-}
-
-int toSigned32(std::uint32_t bits) {
-  if (bits <= static_cast<std::uint32_t>(INT_MAX)) return static_cast<int>(bits);
-  return -static_cast<int>(~bits) - 1;
-}
-
-float floatFromBits(std::uint32_t bits) {
-  float value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
-double doubleFromBits(std::uint64_t bits) {
-  double value;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
-std::uint32_t bitsOf(float value) {
-  std::uint32_t bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
-}
-
-std::uint64_t bitsOf(double value) {
-  std::uint64_t bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
+  Quiltra::storeLittleEndian(bits, value.data(), width);
 }
 
 // The characters up to the first zero byte or the end of the value.
@@ -122,10 +81,6 @@ std::string textOf(const Value& value) {
 
 // --- Number texts ----------------------------------------------------------------------
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
-
 int hexDigit(char c) {
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -133,18 +88,13 @@ int hexDigit(char c) {
   return -1;
 }
 
-std::size_t skipBlanks(const std::string& text, std::size_t pos) {
-  while (pos < text.size() && isBlank(text[pos])) ++pos;
-  return pos;
-}
-
 // atoi's syntax (blanks, one sign, digits up to the first other character, 0 without
 // digits), but wrapping modulo 2^32 instead of overflowing: "4294967295" gives the bits
 // of 4294967295, which UL keeps and SL reads as -1, as a long-based atoi does.
 int parseDecimal(const std::string& text) {
-  std::size_t pos = skipBlanks(text, 0);
-  bool negative = false;
-  if (pos < text.size() && (text[pos] == '+' || text[pos] == '-')) negative = text[pos++] == '-';
+  const std::size_t sign = skipBlanks(text, 0);
+  const bool negative = isMinusAt(text, sign);
+  std::size_t pos = skipSign(text, sign);
   std::uint32_t magnitude = 0;
   for (; pos < text.size() && text[pos] >= '0' && text[pos] <= '9'; ++pos) {
     magnitude = magnitude * 10u + static_cast<std::uint32_t>(text[pos] - '0');
@@ -156,9 +106,9 @@ int parseDecimal(const std::string& text) {
 // the low 16 bits, as %hx stores them, without the undefined overflow of sscanf. Answers
 // false, leaving out alone, when no digit is found.
 bool scanHex16(const std::string& text, std::size_t& pos, unsigned short& out) {
-  std::size_t at = skipBlanks(text, pos);
-  bool negative = false;
-  if (at < text.size() && (text[at] == '+' || text[at] == '-')) negative = text[at++] == '-';
+  const std::size_t sign = skipBlanks(text, pos);
+  const bool negative = isMinusAt(text, sign);
+  std::size_t at = skipSign(text, sign);
   if (at + 2 < text.size() && text[at] == '0' && (text[at + 1] == 'x' || text[at + 1] == 'X') &&
       hexDigit(text[at + 2]) >= 0) {
     at += 2;

@@ -28,6 +28,8 @@
  * The Vr number of a TagInfo is stored as read, unchecked.
  */
 
+#include "ChunkedRead.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -44,18 +46,12 @@ namespace Quiltra {
 
 namespace {
 
-// Bounds what a forged size can make the reader allocate before the input runs out.
-constexpr unsigned int kChunkSize = 64 * 1024;
-
 std::vector<unsigned char> readChunked(Quiltra_Serialization::Source& source, unsigned int size) {
   std::vector<unsigned char> bytes;
-  while (bytes.size() < size) {
-    const std::size_t start = bytes.size();
-    const unsigned int chunk =
-        static_cast<unsigned int>(std::min<std::size_t>(size - start, kChunkSize));
-    bytes.resize(start + chunk);
-    source.readX(bytes.data() + start, chunk);
-  }
+  appendChunked(bytes, size, [&source](unsigned char* at, std::size_t n) {
+    source.readX(at, static_cast<unsigned int>(n));
+    return n;  // a short read throws
+  });
   return bytes;
 }
 
@@ -82,7 +78,7 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
   source.read(capacity);
   purge();
   if (size == 0) return;
-  if (size <= kChunkSize) {
+  if (size <= kReadChunk) {
     allocate(size);
     try {
       source.readX(_data, size);

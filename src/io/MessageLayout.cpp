@@ -14,10 +14,15 @@
  *   bool    whether there is a Tree
  *   Tree    the constant Tree's own layer, only when the bool is true
  *
+ * Both writers measure the Tree's nesting before the character set goes out, so a Tree
+ * that nests too deep for the readers writes nothing at all.
+ *
  * Both readers rely on the Tree's: counts and lengths are never trusted, so damaged input
  * ends in the source's end-of-input failure (binary) or reads as zeros (text).
  */
 #include "quiltra/dataset/Message.h"
+
+#include "NestingGuard.h"
 
 #include <istream>
 #include <memory>
@@ -34,10 +39,12 @@
 namespace Quiltra {
 
 void Message::serializeX(Quiltra_Serialization::Sink& sink) const {
+  const Tree empty;
+  const Tree& tree = _constTree ? *_constTree : empty;
+  const NestingCheck::Scope scope(tree, NestingCheck::Form::Binary, "Tree::serializeX");
   sink.write(_characterSet);
   sink.write(_syntax);
-  if (_constTree) return _constTree->serializeX(sink);
-  Tree().serializeX(sink);
+  tree.serializeX(sink);
 }
 
 void Message::deserializeX(Quiltra_Serialization::Source& source) {
@@ -51,6 +58,9 @@ void Message::deserializeX(Quiltra_Serialization::Source& source) {
 void Message::toStream(std::ostream& out) const {
   const int syntax = _syntax;
   const bool hasTree = static_cast<bool>(_constTree);
+  const Tree empty;
+  const NestingCheck::Scope scope(hasTree ? *_constTree : empty, NestingCheck::Form::Text,
+                                  "Tree::toStream");
   Quiltra_Utils::toStream(out, _characterSet);
   Quiltra_Utils::toStream(out, syntax);
   Quiltra_Utils::toStream(out, hasTree);

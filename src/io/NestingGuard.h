@@ -3,31 +3,79 @@
 
 #include <cstddef>
 
-namespace Quiltra_Serialization {
+#include <quiltra/core/Exception.h>
 
-/// How many levels of sequence items may lie below the top-level Tree being read.
-/// Deeper input is refused, so a forged stream cannot exhaust the stack.
+namespace Quiltra {
+
+class Tag;
+class Tree;
+
+/// How many levels of sequence items may lie below the object being read or written: the
+/// items of a Tag read or written on its own, or of the elements of a top-level Tree, are
+/// level 1. Readers refuse deeper input, so a forged stream cannot exhaust the stack, and
+/// writers refuse to write what the readers would refuse.
 inline constexpr std::size_t kMaxNestingDepth = 256;
 
-/// Counts the Trees being read on this thread, for as long as the guard lives.
-/// exceeded() tells the reader to refuse the Tree it is about to read.
-class NestingGuard {
+/// Counts, per thread, the item levels being read: a Tag holds one while it reads its items,
+/// so the Trees it reads lie one level below it.
+class ItemLevel {
  public:
-  NestingGuard() noexcept { ++depth(); }
-  ~NestingGuard() { --depth(); }
-  NestingGuard(const NestingGuard&) = delete;
-  NestingGuard& operator=(const NestingGuard&) = delete;
+  ItemLevel() noexcept { ++current(); }
+  ~ItemLevel() { --current(); }
+  ItemLevel(const ItemLevel&) = delete;
+  ItemLevel& operator=(const ItemLevel&) = delete;
 
-  /// True for a Tree lying more than kMaxNestingDepth item levels below the top one.
-  bool exceeded() const noexcept { return depth() > kMaxNestingDepth + 1; }
+  /// True for a Tree read now, lying more than kMaxNestingDepth item levels down.
+  static bool tooDeep() noexcept { return current() > kMaxNestingDepth; }
 
  private:
-  static std::size_t& depth() noexcept {
-    thread_local std::size_t current = 0;
-    return current;
+  static std::size_t& current() noexcept {
+    thread_local std::size_t level = 0;
+    return level;
   }
 };
 
-}  // namespace Quiltra_Serialization
+/// The check the writers run before they write anything.
+class NestingCheck {
+ public:
+  /// What a form writes of a Tree: the flat AllLayers view, or the own layer as stored.
+  enum class Form { Binary, Text };
+
+  /// Open while an object is written. The outermost scope on a thread first measures the
+  /// whole object and throws Exception(writer, "nesting too deep") when its items nest
+  /// deeper than the readers accept; the scopes of nested writers (item Trees, their Tags)
+  /// do not measure again.
+  class Scope {
+   public:
+    template <class Object>
+    Scope(const Object& object, Form form, const char* writer) {
+      if (++depth() == 1 && tooDeep(object, form)) {
+        --depth();
+        throw Exception(writer, "nesting too deep");
+      }
+    }
+    ~Scope() { --depth(); }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    static std::size_t& depth() noexcept {
+      thread_local std::size_t open = 0;
+      return open;
+    }
+  };
+
+  /// Whether writing tag or tree in form would write items more than kMaxNestingDepth
+  /// levels below it. Stops at the first such item: the walk never goes deeper than the
+  /// limit, and costs at most what the writer itself would visit.
+  static bool tooDeep(const Tag& tag, Form form);
+  static bool tooDeep(const Tree& tree, Form form);
+
+ private:
+  static bool itemsTooDeep(const Tag& tag, Form form, std::size_t levelsLeft);
+  static bool elementsTooDeep(const Tree& tree, Form form, std::size_t levelsLeft);
+};
+
+}  // namespace Quiltra
 
 #endif  // QUILTRA_IO_NESTINGGUARD_H_

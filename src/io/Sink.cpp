@@ -20,16 +20,15 @@
  */
 #include "quiltra/io/Sink.h"
 
-#include <cstring>
+#include "LittleEndian.h"
 
 namespace Quiltra_Serialization {
 
 namespace {
 
-// Builds the bytes by shifting, so the wire order does not depend on the host's.
 void writeLittleEndian(Sink& sink, std::uint64_t value, unsigned int width) {
   unsigned char bytes[8];
-  for (unsigned int i = 0; i < width; ++i) bytes[i] = static_cast<unsigned char>(value >> (8 * i));
+  Quiltra::storeLittleEndian(value, bytes, width);
   sink.writeX(bytes, width);
 }
 
@@ -82,17 +81,13 @@ void Sink::write(unsigned long value) {
 }
 
 void Sink::write(float value) {
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
   writeType(kCodeFloat);
-  writeLittleEndian(*this, bits, 4);
+  writeLittleEndian(*this, Quiltra::bitsOf(value), 4);
 }
 
 void Sink::write(double value) {
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
   writeType(kCodeDouble);
-  writeLittleEndian(*this, bits, 8);
+  writeLittleEndian(*this, Quiltra::bitsOf(value), 8);
 }
 
 void Sink::write(const std::string& value) {

@@ -7,8 +7,8 @@
  */
 #include "quiltra/io/Source.h"
 
-#include <algorithm>
-#include <cstring>
+#include "ChunkedRead.h"
+#include "LittleEndian.h"
 
 #include <quiltra/core/Exception.h>
 
@@ -16,27 +16,13 @@ namespace Quiltra_Serialization {
 
 namespace {
 
-constexpr std::uint32_t kStringChunk = 64 * 1024;
+using Quiltra::toSigned16;
+using Quiltra::toSigned32;
 
 std::uint64_t readLittleEndian(Source& source, unsigned int width) {
   unsigned char bytes[8];
   source.readX(bytes, width);
-  std::uint64_t value = 0;
-  for (unsigned int i = width; i > 0; --i) value = (value << 8) | bytes[i - 1];
-  return value;
-}
-
-// Two's complement reinterpretation without relying on implementation-defined casts.
-std::int32_t toSigned32(std::uint32_t bits) {
-  std::int32_t value = 0;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
-}
-
-std::int16_t toSigned16(std::uint16_t bits) {
-  std::int16_t value = 0;
-  std::memcpy(&value, &bits, sizeof value);
-  return value;
+  return Quiltra::loadLittleEndian(bytes, width);
 }
 
 }  // namespace
@@ -70,7 +56,7 @@ void Source::read(unsigned int& value) {
 
 void Source::read(short& value) {
   readTypeX(kCodeShort);
-  value = toSigned16(static_cast<std::uint16_t>(readLittleEndian(*this, 2)));
+  value = toSigned16(readLittleEndian(*this, 2));
 }
 
 void Source::read(unsigned short& value) {
@@ -90,26 +76,21 @@ void Source::read(unsigned long& value) {
 
 void Source::read(float& value) {
   readTypeX(kCodeFloat);
-  const std::uint32_t bits = readRaw();
-  std::memcpy(&value, &bits, sizeof value);
+  value = Quiltra::floatFromBits(readRaw());
 }
 
 void Source::read(double& value) {
   readTypeX(kCodeDouble);
-  const std::uint64_t bits = readLittleEndian(*this, 8);
-  std::memcpy(&value, &bits, sizeof value);
+  value = Quiltra::doubleFromBits(readLittleEndian(*this, 8));
 }
 
 void Source::read(std::string& value) {
   readTypeX(kCodeString);
   std::string text;
-  for (std::uint32_t left = readRaw(); left > 0;) {
-    const std::uint32_t chunk = std::min(left, kStringChunk);
-    const std::size_t filled = text.size();
-    text.resize(filled + chunk);
-    readX(&text[filled], chunk);
-    left -= chunk;
-  }
+  Quiltra::appendChunked(text, readRaw(), [this](char* at, std::size_t n) {
+    readX(at, static_cast<unsigned int>(n));
+    return n;  // a short read throws
+  });
   const std::size_t zero = text.find('\0');
   if (zero != std::string::npos) text.resize(zero);
   value = std::move(text);

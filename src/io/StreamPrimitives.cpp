@@ -15,20 +15,19 @@
  */
 #include "quiltra/io/StreamPrimitives.h"
 
+#include "ChunkedRead.h"
+#include "LittleEndian.h"
 #include "StreamBytes.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 namespace Quiltra_Utils {
 
 namespace {
 
-// Bytes encoded per ostream::write call, and bytes of a string decoded before the
-// stream is asked whether it still holds data.
+// Bytes encoded per ostream::write call.
 constexpr unsigned int kChunk = 4096;
-constexpr unsigned int kStringChunk = 64 * 1024;
 
 char highCharacter(unsigned char byte) {
   const unsigned int nibble = byte >> 4;
@@ -41,7 +40,7 @@ char lowCharacter(unsigned char byte) {
 
 void toStream32(std::ostream& out, std::uint32_t value) {
   unsigned char bytes[4];
-  for (unsigned int i = 0; i < 4; ++i) bytes[i] = static_cast<unsigned char>(value >> (8 * i));
+  Quiltra::storeLittleEndian(value, bytes, 4);
   toStream(out, bytes, 4);
 }
 
@@ -49,9 +48,7 @@ void toStream32(std::ostream& out, std::uint32_t value) {
 std::uint32_t fromStream32(std::istream& in) {
   unsigned char bytes[4] = {0, 0, 0, 0};
   fromStream(in, bytes, 4);
-  std::uint32_t value = 0;
-  for (unsigned int i = 4; i > 0; --i) value = (value << 8) | bytes[i - 1];
-  return value;
+  return static_cast<std::uint32_t>(Quiltra::loadLittleEndian(bytes, 4));
 }
 
 }  // namespace
@@ -90,6 +87,7 @@ void toStream(std::ostream& out, const std::string& value) {
 }
 
 unsigned int decodeBytes(std::istream& in, unsigned char* bytes, unsigned int n) {
+  const ExceptionMaskOff maskOff(in);
   for (unsigned int i = 0; i < n; ++i) {
     char high = 0;
     char low = 0;
@@ -107,10 +105,7 @@ void fromStream(std::istream& in, unsigned char* bytes, unsigned int n) {
 }
 
 void fromStream(std::istream& in, int& value) {
-  const std::uint32_t bits = fromStream32(in);
-  std::int32_t number = 0;
-  std::memcpy(&number, &bits, sizeof number);
-  value = number;
+  value = Quiltra::toSigned32(fromStream32(in));
 }
 
 void fromStream(std::istream& in, unsigned int& value) {
@@ -125,15 +120,13 @@ void fromStream(std::istream& in, bool& value) {
 
 void fromStream(std::istream& in, std::string& value) {
   value.clear();
-  // The length is untrusted: grow chunk by chunk while the stream still delivers, and let
-  // the zero-filled tail of a short stream end the text like a zero byte would.
-  for (std::uint32_t left = fromStream32(in); left > 0 && in.good();) {
-    const std::uint32_t chunk = std::min(left, kStringChunk);
-    const std::size_t filled = value.size();
-    value.resize(filled + chunk);
-    fromStream(in, reinterpret_cast<unsigned char*>(&value[filled]), chunk);
-    left -= chunk;
-  }
+  // The length is untrusted: grow chunk by chunk while the stream still delivers; a short
+  // stream ends the text where it ends.
+  const std::uint32_t length = fromStream32(in);
+  if (!in) return;
+  Quiltra::appendChunked(value, length, [&in](char* at, std::size_t n) {
+    return decodeBytes(in, reinterpret_cast<unsigned char*>(at), static_cast<unsigned int>(n));
+  });
   const std::size_t zero = value.find('\0');
   if (zero != std::string::npos) value.resize(zero);
 }

@@ -18,12 +18,15 @@
  *   unsigned I                       8 characters
  *   I x Tree
  *
- * A null item slot has no form in either, so both writers refuse it before writing
- * anything. Counts read back are never trusted: entries are appended one at a time as they
- * are read, so a forged count ends in the source's end-of-input failure (binary) or at the
- * failed stream (text).
+ * A null item slot has no form in either, so both writers refuse it before writing the
+ * element. Items nested more than 256 levels below the object written are refused before
+ * anything is written, since the readers would refuse them. Counts read back are never trusted:
+ * entries are appended one at a time as they are read, so a forged count ends in the source's
+ * end-of-input failure (binary) or at the failed stream (text).
  */
 #include "quiltra/element/Tag.h"
+
+#include "NestingGuard.h"
 
 #include <cstdint>
 #include <memory>
@@ -56,6 +59,8 @@ void refuseNullItems(const Tag::Items& items, const std::string& method) {
 
 void Tag::serializeX(Quiltra_Serialization::Sink& sink) const {
   static const std::string kMethod("Tag::serializeX");
+  // An item Tree too deep is refused in the name of its own writer, as the reader does.
+  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
   refuseNullItems(_items, kMethod);
   _info.serializeX(sink);
   sink.writeType(Quiltra_Serialization::kCodeVector);
@@ -76,6 +81,7 @@ void Tag::deserializeX(Quiltra_Serialization::Source& source) {
   }
   unsigned int items = 0;
   source.read(items);
+  const ItemLevel level;  // the items lie one level below this Tag
   for (; items > 0; --items) {
     auto item = std::make_shared<Tree>();
     item->deserializeX(source);
@@ -85,6 +91,7 @@ void Tag::deserializeX(Quiltra_Serialization::Source& source) {
 
 void Tag::toStream(std::ostream& out) const {
   static const std::string kMethod("Tag::toStream");
+  const NestingCheck::Scope scope(*this, NestingCheck::Form::Text, "Tree::toStream");
   refuseNullItems(_items, kMethod);
   _info.toStream(out);
   Quiltra_Utils::toStream(out, numberOfValues());
@@ -107,6 +114,7 @@ void Tag::fromStream(std::istream& in) {
   }
   count = 0;
   Quiltra_Utils::fromStream(in, count);
+  const ItemLevel level;  // the items lie one level below this Tag
   for (; count > 0 && in; --count) {
     auto item = std::make_shared<Tree>();
     item->fromStream(in);

@@ -18,6 +18,7 @@
  * none).
  */
 
+#include "ChunkedRead.h"
 #include "StreamBytes.h"
 
 #include <algorithm>
@@ -35,22 +36,12 @@ namespace Quiltra {
 
 namespace {
 
-// Bounds what a forged size can make the reader allocate beyond what the stream holds.
-constexpr unsigned int kChunkSize = 64 * 1024;
-
 // Reads up to count bytes, as many as the stream still holds.
 std::vector<unsigned char> readAvailable(std::istream& in, unsigned int count) {
   std::vector<unsigned char> bytes;
-  while (bytes.size() < count) {
-    const std::size_t start = bytes.size();
-    const auto chunk = static_cast<unsigned int>(std::min<std::size_t>(count - start, kChunkSize));
-    bytes.resize(start + chunk);
-    const unsigned int arrived = Quiltra_Utils::decodeBytes(in, bytes.data() + start, chunk);
-    if (arrived < chunk) {
-      bytes.resize(start + arrived);
-      break;
-    }
-  }
+  appendChunked(bytes, count, [&in](unsigned char* at, std::size_t n) {
+    return Quiltra_Utils::decodeBytes(in, at, static_cast<unsigned int>(n));
+  });
   return bytes;
 }
 

@@ -1,6 +1,7 @@
 #include "quiltra/dataset/Tree.h"
 
 #include "NestingGuard.h"
+#include "StreamBytes.h"
 
 #include <istream>
 #include <memory>
@@ -30,14 +31,17 @@
 //   int  D: number of deletion marks
 //   D x  TagId (unsigned raw id), ascending
 // Only the own layer is written, so a Tree with a parent is refused before anything is
-// written. Counts are never trusted: once the text has ended, one more entry or mark
-// stands for all the zero-filled ones a short stream would still give.
+// written.
+//
+// Nesting: both readers refuse item Trees more than 256 levels below the object being read
+// (binary: Exception "nesting too deep"; text: read as the end of the stream), and both
+// writers refuse, before writing anything, an object whose items nest deeper. Counts are never
+// trusted: once the text has ended, one more entry or mark stands for all the zero-filled ones a
+// short stream would still give.
 
 namespace Quiltra {
 
 namespace {
-
-using Quiltra_Serialization::NestingGuard;
 
 int readCount(std::istream& in) {
   int count = 0;
@@ -73,6 +77,7 @@ void readMarks(std::istream& in, std::set<unsigned int>& marks) {
 }  // namespace
 
 void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
+  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
   // One walk of the layers gives both the ids and their elements.
   const auto view = getTags(AllLayers);
   sink.write(static_cast<unsigned int>(view->size()));
@@ -80,8 +85,7 @@ void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
 }
 
 void Tree::deserializeX(Quiltra_Serialization::Source& source) {
-  const NestingGuard guard;
-  if (guard.exceeded()) throw Exception("Tree::deserializeX", "nesting too deep");
+  if (ItemLevel::tooDeep()) throw Exception("Tree::deserializeX", "nesting too deep");
   _tags.clear();
   _deleted.clear();
   _parent.reset();
@@ -98,6 +102,7 @@ void Tree::deserializeX(Quiltra_Serialization::Source& source) {
 
 void Tree::toStream(std::ostream& out) const {
   if (_parent) throw Exception("Tree::toStream", "cannot stream tree with parents");
+  const NestingCheck::Scope scope(*this, NestingCheck::Form::Text, "Tree::toStream");
   Quiltra_Utils::toStream(out, static_cast<int>(_tags.size()));
   for (const auto& entry : _tags) {
     // The raw id as unsigned: the same four bytes as the int of the layout.
@@ -109,9 +114,11 @@ void Tree::toStream(std::ostream& out) const {
 }
 
 void Tree::fromStream(std::istream& in) {
-  const NestingGuard guard;
   // Too deep: read as the end of the stream, so this Tree and what follows read as zeros.
-  if (guard.exceeded()) in.setstate(std::ios::failbit);
+  if (ItemLevel::tooDeep()) {
+    const Quiltra_Utils::ExceptionMaskOff maskOff(in);
+    in.setstate(std::ios::failbit);
+  }
   _parent.reset();
   _tags.clear();
   _deleted.clear();

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 #include <quiltra/core/Exception.h>
 
@@ -27,4 +29,19 @@ TEST(ExceptionTest, CopyAndAssignmentShareTheCauseObject) {
   EXPECT_TRUE(oldCause.expired());
   EXPECT_EQ(copy.cause(), source.cause());
   EXPECT_EQ(copy.toString(), source.toString());
+}
+
+// Moves once copied the texts; they now take over texts and cause and cannot fail.
+TEST(ExceptionTest, MovesTakeOverTextsAndCause) {
+  static_assert(std::is_nothrow_move_constructible_v<Exception> &&
+                std::is_nothrow_move_assignable_v<Exception>);
+  Exception source(Exception("inner", "x"), "outer", "y");
+  const std::shared_ptr<Exception> cause = source.cause();
+  Exception moved(std::move(source));
+  EXPECT_EQ(moved.cause(), cause);
+  EXPECT_EQ(source.cause(), nullptr);
+  Exception assigned("other");
+  assigned = std::move(moved);
+  EXPECT_EQ(assigned.cause(), cause);
+  EXPECT_EQ(assigned.toString(), "in outer because of y\ncaused by in inner because of x\n");
 }

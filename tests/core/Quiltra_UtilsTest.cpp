@@ -65,6 +65,9 @@ TEST(Quiltra_UtilsTest, WritesDatesAndTimesZeroPaddedAndNeverCut) {
   EXPECT_EQ(printAll(Time(9, 5, 3, 0), Time(9, 5, 3, 500), Time(9, 5, 3, 1), Time(100, 255, 60, 0),
                      std::make_pair(Date(2023, 5, 17), Time(10, 30, 15, 250))),
             "090503 090503.5 090503.001 10025560 20230517103015.25 ");
+  Time micro;  // exactly one microsecond is the smallest fraction written
+  micro.fraction = 0.000001;
+  EXPECT_EQ(toString(micro), "000000.000001");
   Time odd;  // fractions outside [0, 1) stay defined
   odd.fraction = std::nan("");
   const std::string nanText = toString(odd);
@@ -84,6 +87,10 @@ TEST(Quiltra_UtilsTest, ReadsDatesAndTimesFromTheirDigitsAlignedOnTheRight) {
   EXPECT_EQ(readEach(toTime, {"10:30:15", "1230", "", ".05", "1.2.5", "1234567", ".123456",
                               ".9999999", ".0000009"}),
             "103015 001230 000000 000000.05 000012.5 1234567 000000.123455 000000.999999 000000 ");
+  // Up to nine fraction digits count, below the microseconds written; the tenth does not.
+  EXPECT_DOUBLE_EQ(toTime(".0000009").fraction, 9e-07);
+  EXPECT_DOUBLE_EQ(toTime(".000000009").fraction, 9e-09);
+  EXPECT_EQ(toTime(".0000000009").fraction, 0.0);
   // A DT text loses its UTC offset; the time starts after eight characters.
   EXPECT_EQ(readEach(toDateTime, {"20230517103015.25-0500", "20230517+01", "2023", "2023051710"}),
             "20230517103015.25 20230517000000 00002023000000 20230517000010 ");

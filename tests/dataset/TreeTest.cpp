@@ -119,6 +119,38 @@ TEST(TreeTest, ConstantTreeListsOnlyConstantElements) {
   EXPECT_EQ(own.at(kModality), child->tags().at(kModality));
 }
 
+// std::move of a Tree once deep-copied every element and left the source full.
+TEST(TreeTest, MovesTakeOverTheContentWithoutCopying) {
+  static_assert(std::is_nothrow_move_constructible_v<Tree> &&
+                std::is_nothrow_move_assignable_v<Tree>);
+  auto parent = layer(nullptr, {kModality, kPatientName});
+  parent->setDict(std::make_shared<QuiltraTest::TestDict>());
+  Tree source(parent);
+  source.addTag(makeTag(kRows));
+  source.removeTag(kModality);
+  const auto rows = source.getTag(kRows);
+  Tree moved(std::move(source));
+  EXPECT_EQ(moved.getTag(kRows), rows);
+  EXPECT_EQ(views(moved) + " " + std::to_string(moved.tagsSize()), "--PR ---R ---R 2");
+  EXPECT_TRUE(moved.hasTag("PatientName"));
+  EXPECT_TRUE(source.tagsSize() == 0 && !source.hasParent() && !source.hasDict());
+  EXPECT_EQ(views(source), "---- ---- ----");
+
+  // Assigning from a Tree that lives inside the target's own item.
+  auto outer = std::make_shared<Tree>();
+  outer->addTag(makeTag(kPatientId, "", SQ));
+  const auto inner = layer(nullptr, {kRows});
+  outer->getTag_rw(kPatientId)->addSequenceItem(inner);
+  Tree* innerTree = inner.get();
+  const auto innerRows = inner->getTag(kRows);
+  *outer = std::move(*innerTree);
+  EXPECT_EQ(outer->getTag(kRows), innerRows);
+  EXPECT_EQ(views(*outer), "---R ---- ---R");
+  moved = std::move(*outer);
+  EXPECT_EQ(moved.getTag(kRows), innerRows);
+  EXPECT_FALSE(moved.hasParent());
+}
+
 TEST(TreeTest, SetDictReachesNestedItemsButNotParent) {
   auto parent = layer(nullptr, {});
   auto tree = layer(parent, {}), item = tree;

@@ -1,10 +1,37 @@
 #include "support/QuiltraTestSupport.h"
 
+#include <atomic>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <new>
 #include <utility>
 
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
+
+// Allocation failures on demand: when armed with n >= 0, the allocation n allocations later
+// fails (n = 0: the next one) and disarms; -1 leaves every allocation alone.
+namespace {
+std::atomic<long> allocationsBeforeFailure{-1};
+}  // namespace
+
+void* operator new(std::size_t size) {
+  long left = allocationsBeforeFailure.load();
+  while (left >= 0 && !allocationsBeforeFailure.compare_exchange_weak(left, left - 1)) {
+  }
+  if (left == 0) throw std::bad_alloc();
+  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+// Kept out of line, so that the compiler does not meet free() next to a new expression.
+[[gnu::noinline]] void operator delete(void* block) noexcept {
+  std::free(block);
+}
+
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
+  std::free(block);
+}
 
 namespace Quiltra {
 namespace {
@@ -83,6 +110,36 @@ TEST(TagTest, CopiesDeeplyKeepingNullItemsNullAndSurvivesAliasing) {
   const Tag* inner = tag.sequenceItems()[0]->getTag(kTextId).get();
   tag = *inner;  // releases the item that holds the source only after copying it
   EXPECT_TRUE(tag.isEqual(sequenceOf(2, kTextId), 0.0));
+}
+
+// Assignment once changed the description and the values before it copied the items, so a
+// copy failing half-way left a half-assigned Tag. Every allocation of the copy is failed in
+// turn: each failure leaves the target exactly as it was.
+TEST(TagTest, AssignmentThatFailsLeavesTheTargetAsItWas) {
+  const Tag source = sequenceOf(3);
+  for (long failAt = 0;; ++failAt) {
+    Tag target(TagInfo(kTextId, "Text", CS, {1, 1}));
+    target.addValue(std::string("B"));
+    const std::shared_ptr<Tree> item = std::make_shared<Tree>();
+    target.addSequenceItem() = item;
+    bool failed = false;
+    allocationsBeforeFailure = failAt;
+    try {
+      target = source;
+    } catch (...) {
+      failed = true;
+    }
+    allocationsBeforeFailure = -1;
+    if (!failed) {
+      EXPECT_TRUE(target.isEqual(source, 0.0));
+      EXPECT_GT(failAt, 6);  // the copy allocates items, elements and values
+      break;
+    }
+    EXPECT_EQ(target.info().name() + target.toString(), "TextB") << "failed at " << failAt;
+    EXPECT_EQ(target.numberOfSequenceItems(), 1u);
+    target.setInfo(TagInfo(kTextId, "Text", SQ, {1, 1}));
+    EXPECT_EQ(target.sequenceItems()[0], item);
+  }
 }
 
 }  // namespace

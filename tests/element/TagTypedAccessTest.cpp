@@ -84,6 +84,10 @@ TEST(TagTypedAccessTest, WritesEachRepresentationsByteLayout) {
   EXPECT_EQ(written(US, 70000.9f), (Bytes{0x70, 0x11}));  // the int branch, truncated
   EXPECT_EQ(written(SL, 2.5f), (Bytes{2, 0, 0, 0}));
   EXPECT_EQ(written(SL, -2.5f), (Bytes{0xFE, 0xFF, 0xFF, 0xFF}));
+  // Saturated from exactly 2^31 up; the float just below converts exactly.
+  EXPECT_EQ(written(SL, 2147483648.0f), (Bytes{0xFF, 0xFF, 0xFF, 0x7F}));
+  EXPECT_EQ(written(SL, 2147483520.0f), (Bytes{0x80, 0xFF, 0xFF, 0x7F}));
+  EXPECT_EQ(written(SL, -2147483648.0f), (Bytes{0, 0, 0, 0x80}));
   EXPECT_EQ(written(UL, 0x01020304u), (Bytes{4, 3, 2, 1}));
   EXPECT_EQ(written(UL, -1.0f), (Bytes{0xFF, 0xFF, 0xFF, 0xFF}));  // the 64-bit truncation
   EXPECT_EQ(written(UL, 3e9f), (Bytes{0, 0x5E, 0xD0, 0xB2}));
@@ -99,6 +103,7 @@ TEST(TagTypedAccessTest, WritesEachRepresentationsByteLayout) {
   EXPECT_EQ(written(AT, std::string(" ( 7FE0 , 10 )")), (Bytes{0xE0, 0x7F, 0x10, 0}));
   EXPECT_EQ(written(AT, std::string("(10,20")), (Bytes{0x10, 0, 0x20, 0}));  // unclosed
   EXPECT_EQ(written(AT, std::string("(8;16)")), (Bytes{8, 0, 0, 0}));        // stops at a mismatch
+  EXPECT_EQ(written(AT, std::string("(-10,+20)")), (Bytes{0xF0, 0xFF, 0x20, 0}));  // signs, as %hx
 }
 
 TEST(TagTypedAccessTest, ReadsBySignednessWithSinglePrecisionAndGroupFirst) {

@@ -78,6 +78,14 @@ TEST_F(ChannelTest, CutsStringsAtTheirFirstZeroByte) {
   EXPECT_EQ(text, "A");
 }
 
+// A bool is written as 0 or 1 but read as true for any byte other than 0.
+TEST_F(ChannelTest, ReadsEveryNonZeroBoolByteAsTrue) {
+  MemorySource source(hex("00 00 00 00 02  00 00 00 00 FF  00 00 00 00 00"));
+  bool flags[3] = {false, false, true};
+  for (bool& flag : flags) source.read(flag);
+  EXPECT_TRUE(flags[0] && flags[1] && !flags[2]);
+}
+
 TEST_F(ChannelTest, RejectsShortInputAndEmptyOrImpossibleTransfers) {
   for (std::size_t size = 0; size < kSampleBytes.size(); ++size) {
     MemorySource source(Bytes(kSampleBytes.begin(), kSampleBytes.begin() + size));

@@ -1,8 +1,12 @@
 #include "support/QuiltraTestSupport.h"
 #include "support/TestDict.h"
 
+#include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include <quiltra/quiltra.h>
 
@@ -55,6 +59,48 @@ TreePtr readText(const std::string& text, TreePtr tree = std::make_shared<Tree>(
   std::istringstream in(text);
   tree->fromStream(in);
   return tree;
+}
+
+Bytes tagBytesOf(const Tree& tree) {
+  Quiltra_Serialization::MemorySink sink;
+  tree.getTag(kSequence)->serializeX(sink);
+  return sink.bytes();
+}
+
+std::string tagTextOf(const Tree& tree) {
+  std::ostringstream out;
+  tree.getTag(kSequence)->toStream(out);
+  return out.str();
+}
+
+std::shared_ptr<Tag> readBinaryTag(const Bytes& bytes) {
+  Quiltra_Serialization::MemorySource source(bytes);
+  auto tag = std::make_shared<Tag>();
+  tag->deserializeX(source);
+  return tag;
+}
+
+std::shared_ptr<Tag> readTextTag(const std::string& text) {
+  std::istringstream in(text);
+  auto tag = std::make_shared<Tag>();
+  tag->fromStream(in);
+  return tag;
+}
+
+const Tree& firstItem(const Tag& tag) {
+  return *tag.sequenceItems().at(0);
+}
+
+// One item level more than inner, a stream the writers refuse to make: oneLevel is the form
+// of an object one level above the Tree whose form is noLevel, so it is noLevel with what
+// a level adds before and after it.
+template <class Stream>
+Stream deeper(const Stream& inner, const Stream& oneLevel, const Stream& noLevel) {
+  const auto at = std::search(oneLevel.begin(), oneLevel.end(), noLevel.begin(), noLevel.end());
+  Stream stream(oneLevel.begin(), at);
+  stream.insert(stream.end(), inner.begin(), inner.end());
+  stream.insert(stream.end(), at + noLevel.size(), oneLevel.end());
+  return stream;
 }
 
 // A layer's own entries and marks (own entries the OwnLayer view hides) in the text form.
@@ -129,13 +175,62 @@ TEST(TreeLayoutTest, RoundTripsThreeLayersWithMarksAndNestedSequences) {
   EXPECT_EQ(*flat->getTag(kSequence), *top->getTag(kSequence));
 }
 
-TEST(TreeLayoutTest, RefusesNestingDeeperThan256InBothForms) {
-  const auto tooDeep = nested(257);
-  QuiltraTest::expectQuiltraError([&] { readBinary(bytesOf(*tooDeep)); }, "Tree::deserializeX",
+// Readers accept items 256 levels below the object read and refuse deeper ones: a Tag read on
+// its own once accepted 257 levels, as the limit counted Trees instead of item levels.
+TEST(TreeLayoutTest, ReadersRefuseItemsMoreThan256LevelsBelowTreeOrTagRead) {
+  const auto limit = nested(256);
+  const Bytes binaryTree = deeper(bytesOf(*limit), bytesOf(*nested(1)), bytesOf(*nested(0)));
+  const Bytes binaryTag = deeper(bytesOf(*limit), tagBytesOf(*nested(1)), bytesOf(*nested(0)));
+  QuiltraTest::expectQuiltraError([&] { readBinary(binaryTree); }, "Tree::deserializeX",
                                   "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { readBinaryTag(binaryTag); }, "Tree::deserializeX",
+                                  "nesting too deep");
+  EXPECT_EQ(bytesOf(*readBinary(bytesOf(*limit))), bytesOf(*limit));  // not left deep
+  EXPECT_EQ(*readBinaryTag(tagBytesOf(*limit)), *limit->getTag(kSequence));
+
   // The text reader reads the Tree too deep, and no other, as the end of the stream: empty.
-  EXPECT_EQ(textOf(*readText(textOf(*tooDeep))), textOf(*nested(257, "")));
-  EXPECT_EQ(bytesOf(*readBinary(bytesOf(*nested(256)))), bytesOf(*nested(256)));  // not left deep
+  const std::string textTree = deeper(textOf(*limit), textOf(*nested(1)), textOf(*nested(0)));
+  const std::string textTag = deeper(textOf(*limit), tagTextOf(*nested(1)), textOf(*nested(0)));
+  const std::string emptiedBelow256 = textOf(*nested(256, ""));
+  EXPECT_EQ(textOf(firstItem(*readText(textTree)->getTag(kSequence))), emptiedBelow256);
+  EXPECT_EQ(textOf(firstItem(*readTextTag(textTag))), emptiedBelow256);
+  EXPECT_EQ(*readTextTag(tagTextOf(*limit)), *limit->getTag(kSequence));
+}
+
+// 257 levels were once written without complaint, and then refused or cut by the readers.
+TEST(TreeLayoutTest, WritersRefuseNestingTheReadersRefuseBeforeWritingAnything) {
+  const auto tooDeep = nested(257);
+  const Tag& tooDeepTag = *tooDeep->getTag(kSequence);
+  Quiltra_Serialization::MemorySink sink;
+  std::ostringstream out;
+  QuiltraTest::expectQuiltraError([&] { tooDeep->serializeX(sink); }, "Tree::serializeX",
+                                  "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { tooDeepTag.serializeX(sink); }, "Tree::serializeX",
+                                  "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { tooDeep->toStream(out); }, "Tree::toStream",
+                                  "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { tooDeepTag.toStream(out); }, "Tree::toStream",
+                                  "nesting too deep");
+  Message message;
+  message.setTags(std::shared_ptr<const Tree>(tooDeep));
+  QuiltraTest::expectQuiltraError([&] { message.serializeX(sink); }, "Tree::serializeX",
+                                  "nesting too deep");
+  QuiltraTest::expectQuiltraError([&] { message.toStream(out); }, "Tree::toStream",
+                                  "nesting too deep");
+  EXPECT_TRUE(sink.bytes().empty());
+  EXPECT_TRUE(out.str().empty());
+
+  // The binary form writes the view: a layer hiding the deep element writes, one showing it
+  // does not. The text form writes the own layer, placeholders included.
+  auto layer = std::make_shared<Tree>(tooDeep);
+  EXPECT_THROW(layer->serializeX(sink), Exception);
+  layer->removeTag(kSequence);
+  EXPECT_EQ(bytesOf(*layer), bytesOf(Tree()));
+  auto over = std::make_shared<Tree>(nested(0));
+  over->addTag(tooDeep->getTag_rw(kSequence));
+  EXPECT_THROW(over->serializeX(sink), Exception);
+  EXPECT_TRUE(sink.bytes().empty());
+  EXPECT_EQ(textOf(*readText(textOf(*nested(256)))), textOf(*nested(256)));
 }
 
 // Counts never reach past the input. The text reader goes on as if zeros followed: the entry or
@@ -155,4 +250,74 @@ TEST(TreeLayoutTest, WritesEmptyTreeAndReadsCountsOnlyAsFarAsTheInputGoes) {
   const auto twice = readText("02000000" + entry + entry.substr(0, 12));  // kName twice
   EXPECT_EQ(twice->getTag(kName)->numberOfValues(), 0u);  // the later entry replaced the earlier
   EXPECT_EQ(textOf(*readText("00000000 7?7?7?7? 2000")), "00000000020000000000000020000000");
+}
+
+// Tree::fromStream on a stream with an exception mask once let std::ios_base::failure escape.
+// Each text reader gives the same object and state whatever the mask, and leaves the mask as
+// it found it: whole input, input cut short, no input, and nesting read as the end.
+TEST(TreeLayoutTest, TextReadersBehaveAlikeWhateverTheExceptionMask) {
+  using Read = std::function<std::string(std::istream&)>;
+  const auto asText = [](const auto& object) {
+    std::ostringstream out;
+    object.toStream(out);
+    return out.str();
+  };
+  const std::vector<std::pair<Read, std::string>> readers = {
+      {[](std::istream& in) {
+         std::string text;
+         Quiltra_Utils::fromStream(in, text);
+         return text;
+       },
+       "03000000414243"},
+      {[](std::istream& in) {
+         int number = 0;
+         bool flag = false;
+         Quiltra_Utils::fromStream(in, number);
+         Quiltra_Utils::fromStream(in, flag);
+         return std::to_string(number) + std::to_string(flag);
+       },
+       "/?/?/?/?01"},
+      {[&](std::istream& in) {
+         Value value;
+         value.fromStream(in);
+         return asText(value);
+       },
+       asText(Value(3, reinterpret_cast<const unsigned char*>("ABC")))},
+      {[&](std::istream& in) {
+         Tag tag;
+         tag.fromStream(in);
+         return asText(tag);
+       },
+       tagTextOf(*nested(2))},
+      {[&](std::istream& in) {
+         Tree tree;
+         tree.fromStream(in);
+         return asText(tree);
+       },
+       textOf(*nested(2))},
+      {[&](std::istream& in) {
+         Tree tree;
+         tree.fromStream(in);
+         const auto sequence = tree.getTag(kSequence);  // its item holds 256 levels at most
+         return sequence && sequence->numberOfSequenceItems() > 0 ? textOf(firstItem(*sequence))
+                                                                  : std::string();
+       },
+       deeper(textOf(*nested(256)), textOf(*nested(1)), textOf(*nested(0)))}};
+  const std::ios::iostate masks[] = {std::ios::failbit, std::ios::eofbit,
+                                     std::ios::failbit | std::ios::badbit | std::ios::eofbit};
+  for (const auto& [read, text] : readers) {
+    for (const std::string& input : {text, text.substr(0, text.size() / 2), std::string()}) {
+      std::istringstream plain(input);
+      const std::string expected = read(plain);
+      for (const std::ios::iostate mask : masks) {
+        std::istringstream in(input);
+        in.exceptions(mask);
+        std::string got;
+        EXPECT_NO_THROW(got = read(in)) << input.size() << " mask " << mask;
+        EXPECT_TRUE(got == expected) << input.size() << " mask " << mask;
+        EXPECT_EQ(in.rdstate(), plain.rdstate());
+        EXPECT_EQ(in.exceptions(), mask);
+      }
+    }
+  }
 }

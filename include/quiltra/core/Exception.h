@@ -25,6 +25,9 @@ class QUILTRA_EXPORT Exception {
   Exception(const Exception& other);
   /// Copies the texts and shares other's cause object, releasing the previous cause.
   Exception& operator=(const Exception& other);
+  /// Take over the texts and the cause; other is left without a cause.
+  Exception(Exception&& other) noexcept;
+  Exception& operator=(Exception&& other) noexcept;
   virtual ~Exception();
 
   const std::string& method() const noexcept { return _method; }

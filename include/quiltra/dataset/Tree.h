@@ -18,6 +18,7 @@ namespace Quiltra {
 
 class Dict;
 class Tag;
+class NestingCheck;
 
 /// A data set: elements ordered by TagId, optionally layered over a parent.
 /// A child sees its parent's elements, overrides them and hides them with deletion marks
@@ -43,6 +44,12 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   /// with the same dictionary.
   Tree(const Tree& other);
   Tree& operator=(const Tree& other);
+  /// Both move forms take over the elements, marks, parent and dictionary without copying;
+  /// other is left empty, without parent or dictionary.
+  Tree(Tree&& other) noexcept;
+  Tree& operator=(Tree&& other) noexcept;
+  /// Releases the elements and the parent; a long chain of parents that only this Tree
+  /// keeps alive is released layer by layer, without recursion.
   ~Tree() override;
   /// A new Tree made by the copy constructor.
   std::shared_ptr<Tree> copy() const;
@@ -126,18 +133,25 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   void convertCharacterSet(const std::string& from, const std::string& to);
 
   // Storage forms.
-  /// Writes the AllLayers view flat: no parent, marks or dictionary.
+  /// Writes the AllLayers view flat: no parent, marks or dictionary. Throws
+  /// Exception("Tree::serializeX", "nesting too deep"), before writing anything, when items
+  /// nest more than 256 levels below this Tree.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
   /// Throws Exception("Tree::deserializeX", "nesting too deep") past 256 nested levels.
   void deserializeX(Quiltra_Serialization::Source& source) override;
   /// The own layer and its deletion marks. Throws Exception("Tree::toStream",
-  /// "cannot stream tree with parents") for a Tree with a parent.
+  /// "cannot stream tree with parents") for a Tree with a parent, and "nesting too deep"
+  /// when items nest more than 256 levels below it, in both cases before writing anything.
   void toStream(std::ostream& out) const;
   /// Replaces the own layer and marks and drops the parent; the dictionary stays. A short
-  /// stream reads as zeros, and so does nesting past 256 item levels.
+  /// stream reads as zeros, and so does nesting past 256 item levels. Works alike whatever
+  /// the stream's exception mask, which it leaves as it found it.
   void fromStream(std::istream& in);
 
  private:
+  // Measures the nesting of what the writers would write, before they write.
+  friend class NestingCheck;
+
   std::shared_ptr<const Tag> const_tag4tagid(const TagId& id, TagSelector selector) const;
   std::shared_ptr<Tag> tag4tagid(const TagId& id);
   bool isDeleted(const TagId& id) const { return _deleted.count(id.rawId()) != 0; }
@@ -149,10 +163,19 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
                     const TagId& to) const;
   void addTagsToMap(ConstTagMap& target, TagSelector selector, const TagId& from,
                     const TagId& to) const;
+  /// The layers the collectors walk under selector, root-most first.
+  std::vector<const Tree*> collectedLayers(TagSelector selector) const;
+  /// Walks the entries in range of those layers: keep(target, entry) for a visible entry,
+  /// drop(target, entry) for a deleted one.
+  template <class Target, class Keep, class Drop>
+  void collect(Target& target, TagSelector selector, const TagId& from, const TagId& to,
+               Keep&& keep, Drop&& drop) const;
 
   TagMap _tags;
   std::set<unsigned int> _deleted;
-  std::shared_ptr<const Tree> _parent;
+  // Mutable only for the destructor, which unlinks a parent chain that this Tree alone
+  // keeps alive; no other member changes the parent of a Tree.
+  mutable std::shared_ptr<const Tree> _parent;
   std::shared_ptr<const Dict> _dict;
 };
 

@@ -18,6 +18,7 @@
 namespace Quiltra {
 
 class Tree;
+class NestingCheck;
 
 /// One data element: its description, its raw values and, for a sequence, its items.
 /// Owns its values; shares its sequence-item Trees with whoever else holds them (an
@@ -34,6 +35,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   Tag() = default;
   explicit Tag(const TagInfo& info);
   /// Deep copy: values copied, items copied through Tree::copy, null items kept null.
+  /// Assignment builds the copy before it changes anything, so a failing copy leaves the
+  /// target as it was.
   Tag(const Tag& other);
   Tag& operator=(const Tag& other);
   Tag(Tag&& other) noexcept = default;
@@ -134,14 +137,23 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   bool operator!=(const Tag& other) const { return !isEqual(other, 0.0); }
 
   // Storage forms.
-  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item.
+  /// Throws Exception("Tag::serializeX", "null sequence item") for a null item, and
+  /// Exception("Tree::serializeX", "nesting too deep"), before writing anything, when items
+  /// nest more than 256 levels below this Tag.
   void serializeX(Quiltra_Serialization::Sink& sink) const override;
+  /// Throws Exception("Tree::deserializeX", "nesting too deep") for items more than 256
+  /// levels below this Tag.
   void deserializeX(Quiltra_Serialization::Source& source) override;
-  /// Throws Exception("Tag::toStream", "null sequence item") for a null item.
+  /// Throws Exception("Tag::toStream", "null sequence item") for a null item, and
+  /// Exception("Tree::toStream", "nesting too deep") as serializeX does.
   void toStream(std::ostream& out) const;
+  /// Items more than 256 levels below this Tag read as the end of the stream.
   void fromStream(std::istream& in);
 
  private:
+  // Measures the nesting of what the writers would write, before they write.
+  friend class NestingCheck;
+
   bool isOfType(const VRCType& type) const { return isType(_info.vr(), type); }
   void typeChecking(const VRCType& type) const;
   void rangeChecking(const unsigned int& index) const;
