@@ -1,8 +1,11 @@
 # quiltra_add_readme_examples(<readme>) turns every ```cpp block of the readme into a program
 # of its own, built against Quiltra::quiltra with the project's warnings and registered as a
 # test that runs it in a folder of its own. A block must therefore be a complete program.
-# Editing the readme reconfigures, so the programs always follow the text.
+# Editing the readme reconfigures, so the programs always follow the text. A block that loads
+# the modules (it names ModuleDirectoryDelegate) runs only where the build makes them, and
+# after they are built.
 function(quiltra_add_readme_examples readme)
+  get_property(modules GLOBAL PROPERTY QUILTRA_MODULES)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${readme})
   file(READ ${readme} text)
   set(opening "```cpp\n")
@@ -25,6 +28,11 @@ function(quiltra_add_readme_examples readme)
 
     math(EXPR number "${number} + 1")
     set(name ReadmeExample${number})
+    string(FIND "${code}" "ModuleDirectoryDelegate" loads_modules)
+    if(NOT loads_modules EQUAL -1 AND NOT modules)
+      message(STATUS "${name} loads modules, which this build makes none of: not built")
+      continue()
+    endif()
     set(dir ${CMAKE_CURRENT_BINARY_DIR}/readme)
     # Written aside and copied only when it changed, so a reconfigure rebuilds nothing else.
     file(WRITE ${dir}/${name}.cpp.new "${code}")
@@ -32,8 +40,14 @@ function(quiltra_add_readme_examples readme)
     file(MAKE_DIRECTORY ${dir}/${name}.run)
     add_executable(${name} ${dir}/${name}.cpp)
     target_link_libraries(${name} PRIVATE Quiltra::quiltra)
+    # Beside the other test programs, whose ../lib/quiltra/modules is the build tree's
+    # module folder (where a static build's module loader looks).
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
     quiltra_set_warnings(${name})
     quiltra_set_sanitizers(${name})
+    if(NOT loads_modules EQUAL -1)
+      add_dependencies(${name} ${modules})
+    endif()
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${dir}/${name}.run)
   endwhile()
   if(number EQUAL 0)

@@ -1,5 +1,7 @@
 #include "quiltra/dataset/Tree.h"
 
+#include "dataset/ParentItems.h"
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -133,8 +135,10 @@ void Tree::setDict(std::shared_ptr<const Dict> dict) {
   for (const auto& entry : _tags) {
     const std::shared_ptr<Tag>& tag = entry.second;
     if (!tag->isSequence()) continue;
-    for (const auto& item : tag->sequenceItems()) {
-      if (item) item->setDict(_dict);
+    const Tag::Items& items = tag->sequenceItems();
+    const ParentItems inherited(*this, entry.first);  // items shared with the parent stay
+    for (unsigned int index = 0; index < items.size(); ++index) {
+      if (items[index] && !inherited.has(index, items[index].get())) items[index]->setDict(_dict);
     }
   }
 }

@@ -3,7 +3,8 @@
  *
  * Converted are the coded-string representations LO, LT, PN, SH, ST and UT, value by
  * value, and the items of sequences, recursively; every other representation, null values,
- * null items, the parent layers and the element (0008,0005) stay as they are.
+ * null items, the parent layers (items shared with them included) and the element
+ * (0008,0005) stay as they are.
  *
  * A value is converted as its text (the bytes before its first zero byte) and stored back
  * as that text and one terminating zero, with the capacity the text store would leave it
@@ -13,6 +14,7 @@
  * stored otherwise (no terminator, or bytes after it) takes the plain road: read the text,
  * convert it, store it back.
  */
+#include "dataset/ParentItems.h"
 #include "quiltra/dataset/Tree.h"
 #include "services/CharacterSetCodec.h"
 
@@ -104,8 +106,12 @@ void Tree::convertCharacterSet(const std::string& from, const std::string& to) {
         if (!tag->isNull(index)) convertValue(*tag, index, conversion);
       }
     } else if (vr == SQ) {
-      for (const std::shared_ptr<Tree>& item : tag->sequenceItems()) {
-        if (item) item->convertCharacterSet(from, to);
+      const Tag::Items& items = tag->sequenceItems();
+      const ParentItems inherited(*this, id);
+      for (unsigned int index = 0; index < items.size(); ++index) {
+        if (items[index] && !inherited.has(index, items[index].get())) {
+          items[index]->convertCharacterSet(from, to);
+        }
       }
     }
   }

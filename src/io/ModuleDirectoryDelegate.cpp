@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <dlfcn.h>
 #include <filesystem>
+#include <map>
+#include <mutex>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -61,6 +63,19 @@ std::vector<fs::path> candidateFolders() {
   const fs::path program = programFolder();
   if (!program.empty()) candidates.push_back(program / QUILTRA_BINDIR_TO_MODULES);
   return candidates;
+}
+
+// The modules loaded so far, by the name their description gives; a module loaded again
+// (or another of the same name) replaces the entry. Descriptions live as long as their
+// module, which is never unloaded once registered.
+struct LoadedModules {
+  std::mutex lock;
+  std::map<std::string, const ModuleDescription*> byName;
+};
+
+LoadedModules& loaded() {
+  static LoadedModules modules;
+  return modules;
 }
 
 // Refuses a module built for another version or registering into another copy of the
@@ -139,7 +154,34 @@ void ModuleDirectoryDelegate::loadModule(const std::string& path) {
     throw;
   }
   // From here on the module stays loaded: what it registers refers to its code.
+  const std::string name = module->name != nullptr ? module->name : fs::path(path).stem().string();
+  {
+    std::lock_guard<std::mutex> guard(loaded().lock);
+    loaded().byName[name] = module;
+  }
   module->registerModule();
+}
+
+void ModuleDirectoryDelegate::registerModule(const std::string& name) {
+  const ModuleDescription* module = nullptr;
+  {
+    std::lock_guard<std::mutex> guard(loaded().lock);
+    const auto found = loaded().byName.find(name);
+    if (found != loaded().byName.end()) module = found->second;
+  }
+  if (module == nullptr) {
+    throw Quiltra::Exception("ModuleDirectoryDelegate::registerModule",
+                             "no module named " + name + " is loaded");
+  }
+  module->registerModule();
+}
+
+std::vector<std::string> ModuleDirectoryDelegate::loadedModules() {
+  std::lock_guard<std::mutex> guard(loaded().lock);
+  std::vector<std::string> names;
+  names.reserve(loaded().byName.size());
+  for (const auto& entry : loaded().byName) names.push_back(entry.first);
+  return names;
 }
 
 }  // namespace Quiltra_Utils

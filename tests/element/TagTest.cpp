@@ -1,37 +1,11 @@
+#include "support/AllocationWatch.h"
 #include "support/QuiltraTestSupport.h"
 
-#include <atomic>
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <new>
 #include <utility>
 
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-
-// Allocation failures on demand: when armed with n >= 0, the allocation n allocations later
-// fails (n = 0: the next one) and disarms; -1 leaves every allocation alone.
-namespace {
-std::atomic<long> allocationsBeforeFailure{-1};
-}  // namespace
-
-void* operator new(std::size_t size) {
-  long left = allocationsBeforeFailure.load();
-  while (left >= 0 && !allocationsBeforeFailure.compare_exchange_weak(left, left - 1)) {
-  }
-  if (left == 0) throw std::bad_alloc();
-  if (void* block = std::malloc(size == 0 ? 1 : size)) return block;
-  throw std::bad_alloc();
-}
-
-// Kept out of line, so that the compiler does not meet free() next to a new expression.
-[[gnu::noinline]] void operator delete(void* block) noexcept {
-  std::free(block);
-}
-
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
 
 namespace Quiltra {
 namespace {
@@ -123,13 +97,13 @@ TEST(TagTest, AssignmentThatFailsLeavesTheTargetAsItWas) {
     const std::shared_ptr<Tree> item = std::make_shared<Tree>();
     target.addSequenceItem() = item;
     bool failed = false;
-    allocationsBeforeFailure = failAt;
+    QuiltraTest::allocationsBeforeFailure = failAt;
     try {
       target = source;
     } catch (...) {
       failed = true;
     }
-    allocationsBeforeFailure = -1;
+    QuiltraTest::allocationsBeforeFailure = -1;
     if (!failed) {
       EXPECT_TRUE(target.isEqual(source, 0.0));
       EXPECT_GT(failAt, 6);  // the copy allocates items, elements and values

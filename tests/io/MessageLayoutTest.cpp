@@ -1,13 +1,11 @@
+#include "support/AllocationWatch.h"
 #include "support/QuiltraTestSupport.h"
 #include "support/TextElement.h"
 
-#include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
-#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,32 +17,8 @@ using Bytes = std::vector<unsigned char>;
 using TreePtr = std::shared_ptr<Tree>;
 using QuiltraTest::expectQuiltraError;
 using QuiltraTest::hex;
+using QuiltraTest::largestAllocation;
 using QuiltraTest::textElement;
-
-// Every allocation of this program passes here, so a test can see the largest one a read
-// makes.
-namespace {
-std::atomic<std::size_t> largestAllocation{0};
-}  // namespace
-
-// GCC takes the replaced pair for a mismatch once it inlines them into each other.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-
-void* operator new(std::size_t size) {
-  std::size_t largest = largestAllocation.load();
-  while (size > largest && !largestAllocation.compare_exchange_weak(largest, size)) {
-  }
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace {
 

@@ -2,6 +2,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/TestDict.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -151,6 +152,33 @@ TEST_F(ModuleDirectoryDelegateTest, StopsAtTheFirstBadModuleKeepingThoseBefore) 
   const auto dict = Quiltra::Dict::singleton(nullptr);
   ASSERT_NE(dict, nullptr);
   EXPECT_EQ(dict->syntaxName(Quiltra::IMPLICIT_LITTLE_ENDIAN), "first");
+}
+
+TEST_F(ModuleDirectoryDelegateTest, RegisterModuleMakesALoadedModulesClassesCurrentAgainByName) {
+  addModule("first", "a.so");
+  addModule("second", "b.so");
+  ModuleDirectoryDelegate delegate(folder());
+  ASSERT_EQ(Quiltra::Dict::singleton(&delegate)->syntaxName(Quiltra::IMPLICIT_LITTLE_ENDIAN),
+            "second");
+  const auto loaded = ModuleDirectoryDelegate::loadedModules();
+  EXPECT_TRUE(std::is_sorted(loaded.begin(), loaded.end()));
+  EXPECT_EQ(std::count(loaded.begin(), loaded.end(), "first"), 1);
+  EXPECT_EQ(std::count(loaded.begin(), loaded.end(), "second"), 1);
+
+  ModuleDirectoryDelegate::registerModule("first");
+  EXPECT_EQ(Quiltra::Dict::singleton(nullptr)->syntaxName(Quiltra::IMPLICIT_LITTLE_ENDIAN),
+            "first");
+  ModuleDirectoryDelegate::registerModule("second");
+  EXPECT_EQ(Quiltra::Dict::singleton(nullptr)->syntaxName(Quiltra::IMPLICIT_LITTLE_ENDIAN),
+            "second");
+  // A module refused at loading is not known by name.
+  EXPECT_THROW(ModuleDirectoryDelegate::loadModule(testModule("other-version")),
+               Quiltra::Exception);
+  expectQuiltraError([] { ModuleDirectoryDelegate::registerModule("other version"); },
+                     "ModuleDirectoryDelegate::registerModule",
+                     "no module named other version is loaded");
+  EXPECT_EQ(Quiltra::Dict::singleton(nullptr)->syntaxName(Quiltra::IMPLICIT_LITTLE_ENDIAN),
+            "second");
 }
 
 #endif

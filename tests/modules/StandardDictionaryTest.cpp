@@ -7,12 +7,17 @@
 #include <iterator>
 #include <memory>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include <quiltra/core/TagId.h>
 #include <quiltra/core/TagInfo.h>
 #include <quiltra/dataset/Dict.h>
+#include <quiltra/dataset/Message.h>
+#include <quiltra/dataset/Tree.h>
+#include <quiltra/element/Tag.h>
 #include <quiltra/io/ModuleDirectoryDelegate.h>
+#include <quiltra/io/TextDump.h>
 
 using Quiltra::TagId;
 using Quiltra::TagInfo;
@@ -138,6 +143,26 @@ TEST_F(StandardDictionaryTest, RefusesUnknownTagsAndNames) {
     expectQuiltraError([&] { _dict->tagId(name); }, "StandardDictionary::tagInfo",
                        "unknown name " + name);
   }
+}
+
+TEST_F(StandardDictionaryTest, DumpDescribesNamelessTagsAndMarksUnknownOnes) {
+  auto tree = std::make_shared<Quiltra::Tree>();
+  for (const TagId& id : {TagId(0x0010, 0x0010), TagId(0x0010, 0x0011)}) {
+    auto tag = std::make_shared<Quiltra::Tag>(TagInfo(id, "", Quiltra::LO, {1, 1}));
+    tag->addValue(std::string("x"));
+    tree->addTag(tag);
+  }
+  auto message = std::make_shared<Quiltra::Message>("ISO_IR 192", Quiltra::EXPLICIT_LITTLE_ENDIAN);
+  message->setTags(tree);
+  std::ostringstream out;
+  Quiltra::TextDump(_dict, out).write(nullptr, message);
+  EXPECT_EQ(out.str(),
+            "Transfer Syntax: 1.2.840.10008.1.2.1 EXPLICIT_LITTLE_ENDIAN\n"
+            "Specific Character Set: ISO_IR 192\n"
+            "(0010,0010) VR: PN VM: 1-1 PatientName\n"
+            "   1: 'x'\n"
+            "(0010,0011) VR: LO VM: 1-1 - non std. tag -\n"
+            "   1: 'x'\n");
 }
 
 TEST_F(StandardDictionaryTest, NamesEachTransferSyntaxByItsUid) {

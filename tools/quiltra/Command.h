@@ -18,6 +18,9 @@ struct Command {
 Command addDemoCommand(CLI::App& app);
 Command addConvertCommand(CLI::App& app);
 Command addModifyCommand(CLI::App& app);
+Command addDumpCommand(CLI::App& app);
+Command addCharsetCommand(CLI::App& app);
+Command addUidCommand(CLI::App& app);
 
 }  // namespace QuiltraTools
 

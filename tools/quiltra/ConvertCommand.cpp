@@ -1,5 +1,5 @@
-// quiltra convert IN OUT --form binary|text: stores a message in the storage form asked,
-// reading it in whichever form it is.
+// quiltra convert IN OUT --form binary|text|dicom --syntax implicit-le|...: stores a message
+// in another form or, as a DICOM file, in another transfer syntax, reading it in any form.
 #include "Command.h"
 #include "StoredFile.h"
 
@@ -13,22 +13,25 @@ namespace {
 struct ConvertOptions {
   std::string in;
   std::string out;
-  std::string form;
+  OutputChoice output;
 };
 
 }  // namespace
 
 Command addConvertCommand(CLI::App& app) {
   auto options = std::make_shared<ConvertOptions>();
-  CLI::App* parser = app.add_subcommand("convert", "Store a message in the other storage form");
-  parser->add_option("IN", options->in, "The stored message, in either form")->required();
+  CLI::App* parser = app.add_subcommand(
+      "convert", "Store a message in another form, or a DICOM file in another transfer syntax");
+  parser->add_option("IN", options->in, "The stored message or DICOM file")->required();
   parser->add_option("OUT", options->out, "Where to write it")->required();
-  parser->add_option("--form", options->form, "The storage form to write")
-      ->required()
-      ->check(CLI::IsMember({"binary", "text"}));
+  addOutputOptions(*parser, options->output);
+  parser->parse_complete_callback([options] {
+    if (options->output.form.empty() && options->output.syntax.empty()) {
+      throw CLI::RequiredError("--form or --syntax");
+    }
+  });
   return {parser, [options] {
-            const auto message = readStored(options->in);
-            writeStored(options->out, *message, toStorageForm(options->form));
+            writeChosen(options->out, readStored(options->in), options->output);
             return 0;
           }};
 }

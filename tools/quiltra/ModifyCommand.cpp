@@ -2,6 +2,7 @@
 // over the data set of the message read, and writes the message with the flat result. A KEY is an
 // attribute name, looked up in the standard dictionary, or a tag as (gggg,eeee).
 #include "Command.h"
+#include "Modules.h"
 #include "StoredFile.h"
 
 #include <memory>
@@ -13,7 +14,6 @@
 #include <quiltra/dataset/Dict.h>
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
-#include <quiltra/io/ModuleDirectoryDelegate.h>
 
 namespace QuiltraTools {
 
@@ -28,14 +28,12 @@ struct ModifyOptions {
   std::string out;
   std::vector<std::string> sets;
   std::vector<std::string> removals;
-  std::string form;
+  OutputChoice output;
 };
 
 // The dictionary is loaded only when a change names an attribute or adds one.
 const Dict& dictionary() {
-  static Quiltra_Utils::ModuleDirectoryDelegate modules;
-  static const std::shared_ptr<const Dict> dict = Dict::singleton(&modules);
-  if (!dict) throw Exception(kModify, "no dictionary module in " + modules.directory());
+  static const std::shared_ptr<const Dict> dict = standardDictionary();
   return *dict;
 }
 
@@ -61,14 +59,12 @@ void applySet(Tree& layer, const std::string& change) {
 }
 
 int modify(const ModifyOptions& options) {
-  const auto read = readStored(options.in);
-  const StorageForm form =
-      options.form.empty() ? detectForm(options.in) : toStorageForm(options.form);
-  auto layer = std::make_shared<Tree>(std::shared_ptr<const Tree>(read->tags()));
+  const StoredMessage read = readStored(options.in);
+  auto layer = std::make_shared<Tree>(std::shared_ptr<const Tree>(read.message->tags()));
   for (const std::string& change : options.sets) applySet(*layer, change);
   for (const std::string& key : options.removals) layer->removeTag(toTagId(key));
-  read->setTags(layer->mergedCopy(AllLayers));
-  writeStored(options.out, *read, form);
+  read.message->setTags(layer->mergedCopy(AllLayers));
+  writeChosen(options.out, read, options.output);
   return 0;
 }
 
@@ -78,14 +74,13 @@ Command addModifyCommand(CLI::App& app) {
   auto options = std::make_shared<ModifyOptions>();
   CLI::App* parser =
       app.add_subcommand("modify", "Change attributes of a message and store the result");
-  parser->add_option("IN", options->in, "The stored message, in either form")->required();
+  parser->add_option("IN", options->in, "The stored message or DICOM file")->required();
   parser->add_option("OUT", options->out, "Where to write the changed message")->required();
   parser->add_option("--set", options->sets, "KEY=VALUE: set an attribute (NAME or (gggg,eeee))")
       ->allow_extra_args(false);
   parser->add_option("--remove", options->removals, "KEY: remove an attribute")
       ->allow_extra_args(false);
-  parser->add_option("--form", options->form, "The storage form to write (default: as read)")
-      ->check(CLI::IsMember({"binary", "text"}));
+  addOutputOptions(*parser, options->output);
   return {parser, [options] { return modify(*options); }};
 }
 

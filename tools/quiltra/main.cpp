@@ -5,15 +5,22 @@
 
 #include <exception>
 #include <iostream>
+#include <string>
 #include <vector>
 
 #include <quiltra/core/Exception.h>
+#include <quiltra/core/Logging.h>
 #include <quiltra/core/Version.h>
 
 namespace {
 
 constexpr int kFailure = 1;
 constexpr int kUsageError = 2;
+
+// The library's warnings (a damaged file read tolerantly, say) go to standard error.
+void printWarning(std::string message, int /*level*/) {
+  std::cerr << "quiltra: warning: " << message << "\n";
+}
 
 int runGuarded(const QuiltraTools::Command& command) {
   try {
@@ -29,14 +36,15 @@ int runGuarded(const QuiltraTools::Command& command) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Builds, converts and changes Quiltra messages.", "quiltra");
+  CLI::App app("Builds, prints, converts and changes Quiltra messages and DICOM files.", "quiltra");
   app.set_version_flag("--version", QUILTRA_VERSION_STRING);
   app.require_subcommand(1);
   const std::vector<QuiltraTools::Command> commands = {
-      QuiltraTools::addDemoCommand(app),
-      QuiltraTools::addConvertCommand(app),
-      QuiltraTools::addModifyCommand(app),
+      QuiltraTools::addDemoCommand(app),    QuiltraTools::addConvertCommand(app),
+      QuiltraTools::addModifyCommand(app),  QuiltraTools::addDumpCommand(app),
+      QuiltraTools::addCharsetCommand(app), QuiltraTools::addUidCommand(app),
   };
+  Quiltra_Utils::setLoggingHandler(&printWarning);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -36,6 +36,13 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   using TagMap = std::map<TagId, std::shared_ptr<Tag>>;
   using ConstTagMap = std::map<TagId, std::shared_ptr<const Tag>>;
   using TagIdList = std::vector<TagId>;
+  /// One step down into a sequence: item index of the sequence element sequence.
+  struct ItemStep {
+    TagId sequence;
+    unsigned int index;
+  };
+  /// Steps from a Tree down to a sequence item at any depth, the outermost first.
+  using ItemPath = std::vector<ItemStep>;
 
   Tree();
   /// A child layer; takes the parent's dictionary as it is now.
@@ -81,7 +88,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   std::shared_ptr<const Tree> root() const;
   bool hasDict() const noexcept { return static_cast<bool>(_dict); }
   std::shared_ptr<const Dict> getDict() const { return _dict; }
-  /// Sets the dictionary here and in the items of sequences, at any depth.
+  /// Sets the dictionary here and in the items of sequences, at any depth, except items
+  /// shared with the parent's element of the same id.
   void setDict(std::shared_ptr<const Dict> dict);
 
   // Changes to the own layer.
@@ -94,6 +102,19 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   /// Erases id; an id a parent holds becomes an empty placeholder marked deleted.
   void removeTag(const TagId& id);
   void removeTags(std::shared_ptr<TagIdList> ids);
+
+  // Layers that reach into sequences.
+  /// Makes the sequence item at path a layer of this Tree and returns it for changes. At
+  /// each step the Tree on the way gets an own sequence element that shares every other item
+  /// with the element seen below it, and the item on the path becomes a child layer over the
+  /// item seen below; steps that an earlier call made are reused, not layered again. The
+  /// parent is never changed; the cost is a few allocations per step and one pointer copy
+  /// per item of a sequence newly made own, whatever the size of the items. The shared items
+  /// stay the parent's: change them through this operation, not through getTag_rw. Throws
+  /// Exception("Tree::layerSequenceItem") with "empty path", "tag does not exist" (absent
+  /// or deleted in the view), "illegal type" (not SQ), "index out of range" or "null
+  /// sequence item", before changing anything.
+  std::shared_ptr<Tree> layerSequenceItem(const ItemPath& path);
 
   // Listings, copies and merging. Ranges are inclusive at both ends.
   std::shared_ptr<TagIdList> tagIds(TagSelector selector) const;
@@ -127,7 +148,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   // Character sets.
   /// Converts the LO, LT, PN, SH, ST and UT values of the own layer, and of the items of its
   /// sequences at any depth, from one character set to another, changing the stored
-  /// elements in place. Null values, null items and the parents stay untouched, and
+  /// elements in place. Null values, null items and the parents (with the items that own
+  /// sequences share with them) stay untouched, and
   /// (0008,0005) is not rewritten. Throws Exception("UTF8toLatin1", "source exhausted") for
   /// a truncated UTF-8 value; the values converted before it stay converted.
   void convertCharacterSet(const std::string& from, const std::string& to);

@@ -2,6 +2,7 @@
 #define QUILTRA_IO_MODULEDIRECTORYDELEGATE_H_
 
 #include <string>
+#include <vector>
 
 #include <quiltra/core/Export.h>
 #include <quiltra/io/LoadLibraryDelegate.h>
@@ -18,6 +19,15 @@ namespace Quiltra_Utils {
 ///
 /// A module stays loaded for the rest of the process (objects it registered outlive any
 /// delegate); loading a module again only runs its registration again.
+///
+/// Modules load in name order and a later registration replaces an earlier one, so when two
+/// modules register the same kind of class the last in name order wins: of the standard
+/// modules, "dumpwriter" (TextDump) is the Writer prototype after loading, not "dicomfile".
+/// A host picks another with registerModule, by the module's name:
+///
+///   Quiltra_Utils::ModuleDirectoryDelegate::registerModule("dicomfile");
+///   auto writer = Quiltra::Writer::create(dict);  // now a DICOM file writer
+///
 /// Threads: load before the library is used concurrently (dlopen itself is thread-safe).
 /// Fails with Exception naming the directory or module file and the loader's message.
 class QUILTRA_EXPORT ModuleDirectoryDelegate : public LoadLibraryDelegate {
@@ -46,6 +56,15 @@ class QUILTRA_EXPORT ModuleDirectoryDelegate : public LoadLibraryDelegate {
   /// cannot be loaded, has no entry function, was built for another major or minor
   /// version, or is linked against another copy of the library.
   static void loadModule(const std::string& path);
+
+  /// Runs the registration of the loaded module named name (the name its description
+  /// gives) again, making its dictionary, reader, writer or selection the current ones.
+  /// Throws Exception("ModuleDirectoryDelegate::registerModule", "no module named <name>
+  /// is loaded") and changes nothing when no loaded module has that name.
+  static void registerModule(const std::string& name);
+
+  /// The names of the modules loaded so far in this process, in name order.
+  static std::vector<std::string> loadedModules();
 
  private:
   std::string _directory;
