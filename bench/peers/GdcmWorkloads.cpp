@@ -2,6 +2,8 @@
 // set and read as the raw little-endian bytes of their ByteValue: gdcm::Element's typed
 // conversions go through a string stream per value, so the byte route is the faster one
 // and the harder one to beat. Sequences and items have undefined lengths, GDCM's default.
+// Files go through gdcm::Writer and gdcm::Reader, the dump through gdcm::Printer,
+// identifiers through gdcm::UIDGenerator. GDCM has no character set converter.
 #include "Workloads.h"
 
 #include <cstring>
@@ -9,12 +11,19 @@
 #include <gdcmDataElement.h>
 #include <gdcmDataSet.h>
 #include <gdcmExplicitDataElement.h>
+#include <gdcmFile.h>
 #include <gdcmItem.h>
+#include <gdcmPrinter.h>
+#include <gdcmReader.h>
 #include <gdcmSequenceOfItems.h>
 #include <gdcmSwapper.h>
+#include <gdcmUIDGenerator.h>
+#include <gdcmWriter.h>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace QuiltraPeers {
 namespace {
@@ -47,8 +56,8 @@ gdcm::DataElement makeElement(std::uint16_t group, std::uint16_t element, Kind k
   return made;
 }
 
-gdcm::DataElement makeElement(const ElementSpec& spec) {
-  return makeElement(spec.group, spec.element, spec.kind, spec.text, spec.number, spec.real);
+gdcm::DataElement makeElement(const ElementSpec& entry) {
+  return makeElement(entry.group, entry.element, entry.kind, entry.text, entry.number, entry.real);
 }
 
 gdcm::DataElement sequenceElement(const gdcm::Tag& tag, gdcm::SequenceOfItems& items) {
@@ -72,8 +81,8 @@ void fillFrameItem(gdcm::DataSet& item, std::size_t frame) {
     gdcm::SmartPointer<gdcm::SequenceOfItems> nested = new gdcm::SequenceOfItems;
     gdcm::DataSet& nestedItem = nested->AddNewUndefinedLengthItem().GetNestedDataSet();
     for (std::size_t e = 0; e < 5; ++e) {
-      const NestedElement& spec = sequence.elements[e];
-      nestedItem.Insert(makeElement(spec.group, spec.element, spec.kind, frameText(frame),
+      const NestedElement& entry = sequence.elements[e];
+      nestedItem.Insert(makeElement(entry.group, entry.element, entry.kind, frameText(frame),
                                     frameNumber(frame, s, e), frameReal(frame, s, e)));
     }
     item.Insert(sequenceElement(gdcm::Tag(sequence.group, sequence.element), *nested));
@@ -106,16 +115,49 @@ const gdcm::DataSet& readItem(const gdcm::DataSet& tree, std::size_t frame) {
   return item.GetDataElement(kReadSequenceTag).GetValueAsSQ()->GetItem(1).GetNestedDataSet();
 }
 
+// Texts padded to an even length as a file holds them: UI with a zero byte, others a blank.
+gdcm::DataElement textElement(const TextElement& text) {
+  std::string padded = text.value;
+  if (padded.size() % 2 != 0) padded += text.kind == TextKind::UI ? '\0' : ' ';
+  gdcm::DataElement made{gdcm::Tag(text.group, text.element)};
+  switch (text.kind) {
+    case TextKind::UI:
+      made.SetVR(gdcm::VR::UI);
+      break;
+    case TextKind::CS:
+      made.SetVR(gdcm::VR::CS);
+      break;
+    case TextKind::IS:
+      made.SetVR(gdcm::VR::IS);
+      break;
+  }
+  made.SetByteValue(padded.data(), static_cast<std::uint32_t>(padded.size()));
+  return made;
+}
+
+const gdcm::Tag kPixelDataTag(ImageLayout::kPixelGroup, ImageLayout::kPixelElement);
+
+// The reader owns the file it read.
+using ReaderPtr = std::unique_ptr<gdcm::Reader>;
+using FilePtr = gdcm::SmartPointer<gdcm::File>;
+
+double frameValueIn(const gdcm::DataSet& tree, std::size_t frame) {
+  return bytesAs<double>(readItem(tree, frame).GetDataElement(kReadElementTag));
+}
+
 struct GdcmImpl {
+  static constexpr bool kConvertsNames = false;
+  static constexpr bool kWritesFiles = true;
+
   static DataSetPtr empty() { return std::make_unique<gdcm::DataSet>(); }
 
-  static void insert(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Insert(makeElement(spec));
+  static void insert(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Insert(makeElement(entry));
   }
 
-  static double read(const DataSetPtr& set, const ElementSpec& spec) {
-    const gdcm::DataElement& element = set->GetDataElement(gdcm::Tag(spec.group, spec.element));
-    switch (spec.kind) {
+  static double read(const DataSetPtr& set, const ElementSpec& entry) {
+    const gdcm::DataElement& element = set->GetDataElement(gdcm::Tag(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO: {
         const gdcm::ByteValue* bytes = element.GetByteValue();
         return static_cast<double>(std::string(bytes->GetPointer(), bytes->GetLength()).size());
@@ -128,12 +170,12 @@ struct GdcmImpl {
     return 0.0;
   }
 
-  static void remove(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Remove(gdcm::Tag(spec.group, spec.element));
+  static void remove(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Remove(gdcm::Tag(entry.group, entry.element));
   }
 
-  static void replace(const DataSetPtr& set, const ElementSpec& spec) {
-    set->Replace(makeElement(spec));
+  static void replace(const DataSetPtr& set, const ElementSpec& entry) {
+    set->Replace(makeElement(entry));
   }
 
   static DataSetPtr buildFrames(std::size_t count) {
@@ -161,7 +203,7 @@ struct GdcmImpl {
   }
 
   static double frameValue(const DataSetPtr& tree, std::size_t frame) {
-    return bytesAs<double>(readItem(*tree, frame).GetDataElement(kReadElementTag));
+    return frameValueIn(*tree, frame);
   }
 
   static std::string store(const DataSetPtr& tree) {
@@ -175,6 +217,70 @@ struct GdcmImpl {
     auto tree = empty();
     tree->Read<gdcm::ExplicitDataElement, gdcm::SwapperNoOp>(in);
     return tree;
+  }
+
+  // A file of the data set; its copy shares the values. The writer fills the meta group.
+  static FilePtr toFile(const DataSetPtr& set) {
+    FilePtr file = new gdcm::File;
+    file->SetDataSet(*set);
+    file->GetHeader().SetDataSetTransferSyntax(gdcm::TransferSyntax::ExplicitVRLittleEndian);
+    return file;
+  }
+
+  static FilePtr printable(const DataSetPtr& tree) { return toFile(tree); }
+
+  static void print(const FilePtr& file, std::ostream& out) {
+    gdcm::Printer printer;
+    printer.SetFile(*file);
+    printer.Print(out);
+  }
+
+  static void putText(const DataSetPtr& set, const TextElement& text) {
+    set->Insert(textElement(text));
+  }
+
+  static void putNumber(const DataSetPtr& set, const NumberElement& number) {
+    set->Insert(makeElement(number.group, number.element, Kind::US, "", number.value, 0.0));
+  }
+
+  static void putPixels(const DataSetPtr& set, const std::vector<unsigned char>& pixels) {
+    gdcm::DataElement made(kPixelDataTag);
+    made.SetVR(gdcm::VR::OW);
+    made.SetByteValue(reinterpret_cast<const char*>(pixels.data()),
+                      static_cast<std::uint32_t>(pixels.size()));
+    set->Insert(made);
+  }
+
+  static void writeFile(const FilePtr& file, const std::string& path) {
+    gdcm::Writer writer;
+    writer.SetFileName(path.c_str());
+    writer.SetFile(*file);
+    if (!writer.Write()) throw std::runtime_error("gdcm::Writer could not write " + path);
+  }
+
+  static ReaderPtr readFile(const std::string& path) {
+    auto reader = std::make_unique<gdcm::Reader>();
+    reader->SetFileName(path.c_str());
+    if (!reader->Read()) throw std::runtime_error("gdcm::Reader could not read " + path);
+    return reader;
+  }
+
+  static double loadedFrameValue(const ReaderPtr& reader, std::size_t frame) {
+    return frameValueIn(reader->GetFile().GetDataSet(), frame);
+  }
+
+  static std::pair<const unsigned char*, std::size_t> loadedPixels(const ReaderPtr& reader) {
+    const gdcm::ByteValue* bytes =
+        reader->GetFile().GetDataSet().GetDataElement(kPixelDataTag).GetByteValue();
+    if (bytes == nullptr) return {nullptr, 0};
+    return {reinterpret_cast<const unsigned char*>(bytes->GetPointer()), bytes->GetLength()};
+  }
+
+  static bool uidsReady() { return true; }
+
+  static std::string uid() {
+    static gdcm::UIDGenerator generator;
+    return generator.Generate();
   }
 };
 

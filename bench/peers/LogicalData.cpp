@@ -1,10 +1,13 @@
 #include "LogicalData.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <malloc.h>
 #include <map>
 #include <memory>
 #include <random>
+#include <system_error>
+#include <unistd.h>
 
 namespace QuiltraPeers {
 namespace {
@@ -91,17 +94,17 @@ std::string textFor(const char* prefix, std::size_t index) {
 }
 
 ElementSpec elementFor(std::size_t index) {
-  ElementSpec spec;
-  spec.group = static_cast<std::uint16_t>(0x0010 + 2 * (index / kElementsPerGroup));
-  spec.element = static_cast<std::uint16_t>(0x1000 + index % kElementsPerGroup);
+  ElementSpec entry;
+  entry.group = static_cast<std::uint16_t>(0x0010 + 2 * (index / kElementsPerGroup));
+  entry.element = static_cast<std::uint16_t>(0x1000 + index % kElementsPerGroup);
   const std::size_t slot = index % 5;  // 3 of 5 LO, 1 US, 1 FD
-  spec.kind = slot < 3 ? Kind::LO : (slot == 3 ? Kind::US : Kind::FD);
-  spec.keyword = keyword(index);
-  spec.text = textFor("TEXT ", index);
-  spec.replacement = textFor("EDIT ", index);
-  spec.number = static_cast<std::uint16_t>(index & 0xFFFF);
-  spec.real = static_cast<double>(index) * 0.25 + 0.5;
-  return spec;
+  entry.kind = slot < 3 ? Kind::LO : (slot == 3 ? Kind::US : Kind::FD);
+  entry.keyword = keyword(index);
+  entry.text = textFor("TEXT ", index);
+  entry.replacement = textFor("EDIT ", index);
+  entry.number = static_cast<std::uint16_t>(index & 0xFFFF);
+  entry.real = static_cast<double>(index) * 0.25 + 0.5;
+  return entry;
 }
 
 // Fisher-Yates over a fixed-seed engine: the same order on every run and in every
@@ -141,6 +144,10 @@ Sizes makeSizes() {
     chosen.frames = 200;
     chosen.largeValueBytes = std::size_t{1} << 20;
     chosen.largeTextValueBytes = std::size_t{1} << 18;
+    chosen.names = 1000;
+    chosen.identifiers = 1000;
+    chosen.imageFrames = 2;
+    chosen.imageRows = chosen.imageColumns = 64;
     return chosen;
   }
   chosen.elementCounts = {10000, 100000};
@@ -148,8 +155,51 @@ Sizes makeSizes() {
   chosen.frames = 20000;
   chosen.largeValueBytes = std::size_t{256} << 20;
   chosen.largeTextValueBytes = std::size_t{16} << 20;
+  chosen.names = 100000;
+  chosen.identifiers = 100000;
+  chosen.imageFrames = 400;  // 400 frames of 512 x 512 x 2 bytes: 200 MiB
+  chosen.imageRows = chosen.imageColumns = 512;
   return chosen;
 }
+
+// Each byte from 0x80 up as two bytes.
+std::string latin1AsUtf8(const std::string& latin1) {
+  std::string utf8;
+  for (const char c : latin1) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | (byte >> 6));
+      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+// The scratch folder of this process, removed with everything in it when the process ends.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path base = fs::is_directory("/dev/shm", error) && access("/dev/shm", W_OK) == 0
+                              ? fs::path("/dev/shm")
+                              : fs::temp_directory_path();
+    _path = base / ("quiltra-peers-" + std::to_string(getpid()));
+    fs::create_directories(_path);
+  }
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(_path, ignored);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  const std::filesystem::path& path() const { return _path; }
+
+ private:
+  std::filesystem::path _path;
+};
 
 }  // namespace
 
@@ -181,6 +231,89 @@ const NestedSequence FrameLayout::nested[3] = {
       {0x0028, 0x0011, Kind::US, "Columns"},
       {0x0028, 0x0030, Kind::FD, "PixelSpacing"}}},
 };
+
+std::size_t gridColumns() {
+  return sizes().tiny ? 20 : 100;
+}
+
+const std::vector<TextElement>& framesFileTexts() {
+  static const std::vector<TextElement> texts = {
+      {0x0008, 0x0016, TextKind::UI, "SOPClassUID", "1.2.840.10008.5.1.4.1.1.4.1"},
+      {0x0008, 0x0018, TextKind::UI, "SOPInstanceUID", "1.2.826.0.1.3680043.9.7433.1.1"},
+  };
+  return texts;
+}
+
+// Multi-frame grayscale word secondary capture: an image of many 16-bit frames.
+const std::vector<TextElement>& ImageLayout::texts() {
+  static const std::vector<TextElement> texts = {
+      {0x0008, 0x0016, TextKind::UI, "SOPClassUID", "1.2.840.10008.5.1.4.1.1.7.3"},
+      {0x0008, 0x0018, TextKind::UI, "SOPInstanceUID", "1.2.826.0.1.3680043.9.7433.1.2"},
+      {0x0028, 0x0004, TextKind::CS, "PhotometricInterpretation", "MONOCHROME2"},
+      {0x0028, 0x0008, TextKind::IS, "NumberOfFrames", std::to_string(sizes().imageFrames)},
+  };
+  return texts;
+}
+
+const std::vector<NumberElement>& ImageLayout::numbers() {
+  static const std::vector<NumberElement> numbers = {
+      {0x0028, 0x0002, "SamplesPerPixel", 1},
+      {0x0028, 0x0010, "Rows", static_cast<std::uint16_t>(sizes().imageRows)},
+      {0x0028, 0x0011, "Columns", static_cast<std::uint16_t>(sizes().imageColumns)},
+      {0x0028, 0x0100, "BitsAllocated", 16},
+      {0x0028, 0x0101, "BitsStored", 16},
+      {0x0028, 0x0102, "HighBit", 15},
+      {0x0028, 0x0103, "PixelRepresentation", 0},
+  };
+  return numbers;
+}
+
+std::size_t ImageLayout::bytes() {
+  return sizes().imageFrames * sizes().imageRows * sizes().imageColumns * 2;
+}
+
+const std::vector<unsigned char>& ImageLayout::pixels() {
+  static const std::vector<unsigned char> made = [] {
+    std::vector<unsigned char> pixels(bytes());
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+      pixels[i] = static_cast<unsigned char>(i * 31 + i / 4099);
+    }
+    return pixels;
+  }();
+  return made;
+}
+
+const std::vector<std::string>& latin1Names() {
+  static const std::vector<std::string> names = [] {
+    const char* families[] = {"Smith",    "M\xFCller",        "Garc\xED\x61", "Johnson",
+                              "Dupr\xE9", "\xD8sterg\xE5rd",  "Brown",        "Nu\xF1\x65z",
+                              "Taylor",   "Schr\xF6\x64\x65r"};
+    const char* givens[] = {"Jane",   "J\xE9r\xF4me", "Anna",        "Fran\xE7ois", "Peter",
+                            "Zo\xEB", "Michael",      "Ren\xE9\x65", "Olivia"};
+    std::vector<std::string> made;
+    made.reserve(sizes().names);
+    for (std::size_t i = 0; i < sizes().names; ++i) {
+      made.push_back(std::string(families[i % 10]) + "^" + givens[(i / 10) % 9] + "^^Dr.");
+    }
+    return made;
+  }();
+  return names;
+}
+
+const std::vector<std::string>& utf8Names() {
+  static const std::vector<std::string> names = [] {
+    std::vector<std::string> made;
+    made.reserve(latin1Names().size());
+    for (const std::string& name : latin1Names()) made.push_back(latin1AsUtf8(name));
+    return made;
+  }();
+  return names;
+}
+
+std::string scratchPath(const std::string& name) {
+  static const ScratchFolder folder;
+  return (folder.path() / name).string();
+}
 
 std::uint16_t frameNumber(std::size_t frame, std::size_t sequence, std::size_t element) {
   return static_cast<std::uint16_t>((frame + 7 * sequence + element) & 0xFFFF);

@@ -23,6 +23,11 @@ struct Sizes {
   std::size_t frames = 0;                  // items of the per-frame sequence
   std::size_t largeValueBytes = 0;         // the one large value, binary form
   std::size_t largeTextValueBytes = 0;     // the one large value, text stream form
+  std::size_t names = 0;                   // person names converted between character sets
+  std::size_t identifiers = 0;             // UIDs made per measurement
+  std::size_t imageFrames = 0;             // frames of the multi-frame image
+  std::size_t imageRows = 0;               // and the size of each, 16 bits per pixel
+  std::size_t imageColumns = 0;
 };
 
 /// One element of a flat data set: where it goes, what it is called and what it holds.
@@ -74,11 +79,59 @@ struct FrameLayout {
   static const NestedSequence nested[3];
 };
 
+/// The grid the frames are also laid out in for the structured multi-frame view: frame f
+/// sits at position (f % gridColumns(), f / gridColumns()).
+std::size_t gridColumns();
+
 /// The values of frame f: the same in every implementation.
 std::uint16_t frameNumber(std::size_t frame, std::size_t sequence, std::size_t element);
 double frameReal(std::size_t frame, std::size_t sequence, std::size_t element);
 /// An even-length text per frame, made once.
 const std::string& frameText(std::size_t frame);
+
+/// A text element of a file's data set (identity, image description), the same in every
+/// implementation; the value is unpadded.
+enum class TextKind { UI, CS, IS };
+struct TextElement {
+  std::uint16_t group;
+  std::uint16_t element;
+  TextKind kind;
+  const char* keyword;
+  std::string value;
+};
+
+/// An unsigned short element of the image's description.
+struct NumberElement {
+  std::uint16_t group;
+  std::uint16_t element;
+  const char* keyword;
+  std::uint16_t value;
+};
+
+/// SOP class and instance of the frame tree when it is written as a file (Enhanced MR).
+const std::vector<TextElement>& framesFileTexts();
+
+/// The multi-frame image: identity, photometric interpretation and number of frames, the
+/// pixel module's numbers, and 16-bit pixel data (OW) of every frame.
+struct ImageLayout {
+  static constexpr std::uint16_t kPixelGroup = 0x7FE0;
+  static constexpr std::uint16_t kPixelElement = 0x0010;
+  static const std::vector<TextElement>& texts();
+  static const std::vector<NumberElement>& numbers();
+  /// The size of the pixel data in bytes.
+  static std::size_t bytes();
+  /// The pixel bytes, made once.
+  static const std::vector<unsigned char>& pixels();
+};
+
+/// Person names (family^given^^prefix, about half with Latin-1 letters), made once; and
+/// the same names in UTF-8.
+const std::vector<std::string>& latin1Names();
+const std::vector<std::string>& utf8Names();
+
+/// A path for name in a scratch folder of this process: on tmpfs (/dev/shm) where there is
+/// one, else in the system's temporary folder. The folder goes when the process ends.
+std::string scratchPath(const std::string& name);
 
 /// The sizes chosen by QUILTRA_BENCH_SIZE ("tiny" or anything else for full).
 const Sizes& sizes();

@@ -42,6 +42,9 @@ int main(int argc, char** argv) {
     registered->UseManualTime()->Unit(benchmark::kMillisecond);
     if (workload.singleIteration) registered->Iterations(1);
     if (workload.runOnce) registered->Repetitions(1);
+    if (!workload.comparedWith.empty()) {
+      benchmark::AddCustomContext("compared:" + workload.name, workload.comparedWith);
+    }
   }
   if (!leftOut.empty()) benchmark::AddCustomContext("left_out", leftOut);
 

@@ -1,15 +1,21 @@
 // Quiltra's side of the comparison: the shared workloads through Quiltra's public
-// interface, and the workloads only Quiltra has (layers, the text stream form, one large
-// value against memcpy).
+// interface (DICOM files through the file module's codec, linked directly), and the
+// workloads only Quiltra has (layers, the structured multi-frame grid, the text stream
+// form, one large value against memcpy).
 #include "Workloads.h"
 
 #include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <quiltra/quiltra.h>
+
+#ifdef QUILTRA_BENCH_WITH_DICOMFILE
+#include <DicomFile.h>
+#endif
 
 namespace QuiltraPeers {
 namespace {
@@ -47,10 +53,10 @@ std::shared_ptr<Tree> frameItem(std::size_t frame) {
     const NestedSequence& sequence = FrameLayout::nested[s];
     auto nestedItem = std::make_shared<Tree>();
     for (std::size_t e = 0; e < 5; ++e) {
-      const NestedElement& spec = sequence.elements[e];
+      const NestedElement& entry = sequence.elements[e];
       auto tag = std::make_shared<Tag>(
-          TagInfo(TagId(spec.group, spec.element), spec.keyword, vrOf(spec.kind), {1, 1}));
-      switch (spec.kind) {
+          TagInfo(TagId(entry.group, entry.element), entry.keyword, vrOf(entry.kind), {1, 1}));
+      switch (entry.kind) {
         case Kind::LO:
           tag->addValue(frameText(frame));
           break;
@@ -70,29 +76,52 @@ std::shared_ptr<Tree> frameItem(std::size_t frame) {
   return item;
 }
 
-struct QuiltraImpl {
-  static std::shared_ptr<Tree> empty() { return std::make_shared<Tree>(); }
+Quiltra::Vr vrOf(TextKind kind) {
+  switch (kind) {
+    case TextKind::UI:
+      return Quiltra::UI;
+    case TextKind::CS:
+      return Quiltra::CS;
+    case TextKind::IS:
+      return Quiltra::IS;
+  }
+  return Quiltra::UN;
+}
 
-  static void insert(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
+const TagId kPixelDataId(ImageLayout::kPixelGroup, ImageLayout::kPixelElement);
+
+struct QuiltraImpl {
+  static constexpr bool kConvertsNames = true;
+#ifdef QUILTRA_BENCH_WITH_DICOMFILE
+  static constexpr bool kWritesFiles = true;
+#else
+  static constexpr bool kWritesFiles = false;
+#endif
+
+  static std::shared_ptr<Tree> empty() {
+    return std::make_shared<Tree>();
+  }
+
+  static void insert(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
     auto tag = std::make_shared<Tag>(
-        TagInfo(TagId(spec.group, spec.element), spec.keyword, vrOf(spec.kind), {1, 1}));
-    switch (spec.kind) {
+        TagInfo(TagId(entry.group, entry.element), entry.keyword, vrOf(entry.kind), {1, 1}));
+    switch (entry.kind) {
       case Kind::LO:
-        tag->addValue(spec.text);
+        tag->addValue(entry.text);
         break;
       case Kind::US:
-        tag->addValue(spec.number);
+        tag->addValue(entry.number);
         break;
       case Kind::FD:
-        tag->addValue(spec.real);
+        tag->addValue(entry.real);
         break;
     }
     tree->addTag(tag);
   }
 
-  static double read(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    const auto tag = tree->getTag(TagId(spec.group, spec.element));
-    switch (spec.kind) {
+  static double read(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    const auto tag = tree->getTag(TagId(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO:
         return static_cast<double>(tag->toString(0).size());
       case Kind::US:
@@ -103,21 +132,21 @@ struct QuiltraImpl {
     return 0.0;
   }
 
-  static void remove(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    tree->removeTag(TagId(spec.group, spec.element));
+  static void remove(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    tree->removeTag(TagId(entry.group, entry.element));
   }
 
-  static void replace(const std::shared_ptr<Tree>& tree, const ElementSpec& spec) {
-    const auto tag = tree->getTag_rw(TagId(spec.group, spec.element));
-    switch (spec.kind) {
+  static void replace(const std::shared_ptr<Tree>& tree, const ElementSpec& entry) {
+    const auto tag = tree->getTag_rw(TagId(entry.group, entry.element));
+    switch (entry.kind) {
       case Kind::LO:
-        tag->setValue(spec.text, 0);
+        tag->setValue(entry.text, 0);
         break;
       case Kind::US:
-        tag->setValue(spec.number, 0);
+        tag->setValue(entry.number, 0);
         break;
       case Kind::FD:
-        tag->setValue(spec.real, 0);
+        tag->setValue(entry.real, 0);
         break;
     }
   }
@@ -130,7 +159,9 @@ struct QuiltraImpl {
     return tree;
   }
 
-  static std::shared_ptr<Tree> deepCopy(const std::shared_ptr<Tree>& tree) { return tree->copy(); }
+  static std::shared_ptr<Tree> deepCopy(const std::shared_ptr<Tree>& tree) {
+    return tree->copy();
+  }
 
   static void changeFrameValue(const std::shared_ptr<Tree>& tree, std::size_t frame, double value) {
     const auto& item = tree->getTag_rw(kFramesId)->sequenceItems()[frame];
@@ -155,6 +186,86 @@ struct QuiltraImpl {
     auto tree = std::make_shared<Tree>();
     tree->deserializeX(source);
     return tree;
+  }
+
+  static void toUtf8(const std::string& latin1, std::string& out) {
+    out = Quiltra_Unicode::latin1ToUTF8(latin1);
+  }
+
+  static void toLatin1(const std::string& utf8, std::string& out) {
+    out = Quiltra_Unicode::UTF8toLatin1(utf8);
+  }
+
+  static std::shared_ptr<Quiltra::Message> printable(const std::shared_ptr<Tree>& tree) {
+    auto message =
+        std::make_shared<Quiltra::Message>("ISO_IR 100", Quiltra::EXPLICIT_LITTLE_ENDIAN);
+    message->setTags(tree);
+    return message;
+  }
+
+  static void print(const std::shared_ptr<Quiltra::Message>& message, std::ostream& out) {
+    Quiltra::TextDump(nullptr, out).write(nullptr, message);
+  }
+
+  static void putText(const std::shared_ptr<Tree>& tree, const TextElement& text) {
+    auto tag = std::make_shared<Tag>(
+        TagInfo(TagId(text.group, text.element), text.keyword, vrOf(text.kind), {1, 1}));
+    tag->addValue(text.value);
+    tree->addTag(tag);
+  }
+
+  static void putNumber(const std::shared_ptr<Tree>& tree, const NumberElement& number) {
+    auto tag = std::make_shared<Tag>(
+        TagInfo(TagId(number.group, number.element), number.keyword, Quiltra::US, {1, 1}));
+    tag->addValue(number.value);
+    tree->addTag(tag);
+  }
+
+  static void putPixels(const std::shared_ptr<Tree>& tree,
+                        const std::vector<unsigned char>& pixels) {
+    auto tag = std::make_shared<Tag>(TagInfo(kPixelDataId, "PixelData", Quiltra::OW, {1, 1}));
+    tag->addValue().setData(static_cast<unsigned int>(pixels.size()), pixels.data());
+    tree->addTag(tag);
+  }
+
+#ifdef QUILTRA_BENCH_WITH_DICOMFILE
+  static std::shared_ptr<Tree> toFile(std::shared_ptr<Tree> tree) {
+    return tree;
+  }
+
+  static void writeFile(const std::shared_ptr<Tree>& tree, const std::string& path) {
+    Quiltra_DicomFile::writeDicomFile(*tree, Quiltra::EXPLICIT_LITTLE_ENDIAN, path, {});
+  }
+
+  static std::shared_ptr<Tree> readFile(const std::string& path) {
+    return Quiltra_DicomFile::readDicomFile(path, {}).tree;
+  }
+#endif
+
+  static double loadedFrameValue(const std::shared_ptr<Tree>& tree, std::size_t frame) {
+    return frameValue(tree, frame);
+  }
+
+  static std::pair<const unsigned char*, std::size_t> loadedPixels(
+      const std::shared_ptr<Tree>& tree) {
+    const Quiltra::Value& pixels = tree->getTag(kPixelDataId)->getValue(0);
+    return {pixels.data(), pixels.size()};
+  }
+
+  static bool uidsReady() {
+    static const bool ready = [] {
+      try {
+        Quiltra_Utils::UIDGenerator::initialize("1.2.826.0.1.3680043.9.7433", "2", "3");
+        return true;
+      } catch (const Quiltra::Exception&) {
+        return false;
+      }
+    }();
+    return ready;
+  }
+
+  static std::string uid() {
+    return Quiltra_Utils::UIDGenerator::uid();
   }
 };
 
@@ -210,6 +321,59 @@ void readThroughLayerWorkload(benchmark::State& state) {
   frameAccessLoop<QuiltraImpl>(state, child);
 }
 
+// Workload 5, through a structured multi-frame grid: the same frames laid out in a grid
+// whose position items share the frame items' nested sequences, each frame's value read
+// through the grid's position lookup.
+struct FrameGrid {
+  std::shared_ptr<const Tree> frames;  // keeps the shared sequences' tree alive
+  std::shared_ptr<Tree> tree;
+  std::vector<unsigned int> extent;
+};
+
+FrameGrid frameGrid() {
+  FrameGrid grid;
+  const auto frames = QuiltraImpl::buildFrames(sizes().frames);
+  grid.frames = frames;
+  grid.tree = std::make_shared<Tree>();
+  const auto columns = static_cast<unsigned int>(gridColumns());
+  grid.extent = {columns, static_cast<unsigned int>(sizes().frames / columns)};
+  Quiltra::StructuredMF view(grid.tree, grid.extent);
+  const auto& items = frames->getTag(kFramesId)->sequenceItems();
+  for (unsigned int f = 0; f < items.size(); ++f) {
+    const std::vector<unsigned int> position{f % columns, f / columns};
+    view.setGridPositionSpecificTags(items[f], position);
+    view.setFrameIndexForGridPosition(f, position);
+  }
+  return grid;
+}
+
+double gridValue(const Quiltra::StructuredMF& view, unsigned int i, unsigned int j) {
+  const auto nested = view.tagForGridPosition(kReadSequenceId, i, j, 0);
+  return nested->sequenceItems()[0]->getTag(kReadElementId)->toDouble(0);
+}
+
+void gridAccessWorkload(benchmark::State& state) {
+  const FrameGrid grid = frameGrid();
+  const Quiltra::StructuredMF view{std::shared_ptr<const Tree>(grid.tree)};
+  const unsigned int columns = grid.extent[0];
+  const unsigned int rows = grid.extent[1];
+  if (view.getNumberOfFrames() != sizes().frames) {
+    state.SkipWithError("the grid does not have as many positions as there are frames");
+    return;
+  }
+  if (!isLastFrameValue(state, gridValue(view, columns - 1, rows - 1))) return;
+  double sum = 0.0;
+  for (auto _ : state) {
+    timed(state, [&] {
+      for (unsigned int j = 0; j < rows; ++j) {
+        for (unsigned int i = 0; i < columns; ++i) sum += gridValue(view, i, j);
+      }
+    });
+  }
+  benchmark::DoNotOptimize(sum);
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * sizes().frames));
+}
+
 // Workload 6: one large value (pixel data) through both storage forms, against memcpy.
 std::shared_ptr<Tree> largeValueTree(std::size_t bytes) {
   auto tag =
@@ -247,11 +411,6 @@ void memcpyWorkload(benchmark::State& state, std::size_t bytes) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
 }
 
-std::string mebibytes(std::size_t bytes) {
-  return bytes >= (std::size_t{1} << 20) ? std::to_string(bytes >> 20) + " MiB"
-                                         : std::to_string(bytes >> 10) + " KiB";
-}
-
 void insertAfter(Workloads& list, const std::string& name, Workloads more) {
   auto at = list.begin();
   while (at != list.end() && at->name != name) ++at;
@@ -264,15 +423,14 @@ void insertAfter(Workloads& list, const std::string& name, Workloads more) {
 Workloads quiltraWorkloads() {
   const std::string q = "Quiltra";
   Workloads list = sharedWorkloads<QuiltraImpl>(q);
-  // Replace with Tree's own operation for a change inside a sequence item once it exists.
   insertAfter(list, "frames: deep copy+change",
               {{"frames: layered change", q, layeredChangeWorkload},
                {"frames: read all via layer", q, readThroughLayerWorkload}});
 
   const std::size_t large = sizes().largeValueBytes;
   const std::size_t largeText = sizes().largeTextValueBytes;
-  const std::string largeName = "value " + mebibytes(large) + ": ";
-  const std::string textName = "value " + mebibytes(largeText) + ": ";
+  const std::string largeName = "value " + sizeName(large) + ": ";
+  const std::string textName = "value " + sizeName(largeText) + ": ";
   auto copy = [large](benchmark::State& s) { memcpyWorkload(s, large); };
   insertAfter(list, "frames: read binary",
               {{"frames: store text", q, [](auto& s) { storeWorkload<QuiltraTextImpl>(s); }},
@@ -287,6 +445,18 @@ Workloads quiltraWorkloads() {
                 [largeText](auto& s) { largeStoreWorkload<QuiltraTextImpl>(s, largeText); }},
                {textName + "read text", q,
                 [largeText](auto& s) { largeLoadWorkload<QuiltraTextImpl>(s, largeText); }}});
+  insertAfter(list, "frames: access by index",
+              {{"frames: access via grid", q, gridAccessWorkload}});
+
+  // Only Quiltra has these; the table holds them against the peers' own route.
+  for (Workload& workload : list) {
+    if (workload.name == "frames: layered change") {
+      workload.comparedWith = "frames: deep copy+change";
+    } else if (workload.name == "frames: read all via layer" ||
+               workload.name == "frames: access via grid") {
+      workload.comparedWith = "frames: access by index";
+    }
+  }
   return list;
 }
 

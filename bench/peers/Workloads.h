@@ -6,24 +6,37 @@
 //
 // An adapter is a struct of static functions:
 //   empty()                          a new, empty data set (a handle: smart pointer)
-//   insert(set, spec)                adds one element of the flat data
-//   read(set, spec)                  a typed read of that element (text length, US, FD)
-//   remove(set, spec), replace(set, spec)  replace writes spec's value over the element
+//   insert(set, entry)                adds one element of the flat data
+//   read(set, entry)                  a typed read of that element (text length, US, FD)
+//   remove(set, entry), replace(set, entry)  replace writes entry's value over the element
 //   buildFrames(count)               the frame tree of FrameLayout
 //   deepCopy(tree)                   an independent copy, values and items included
 //   changeFrameValue(tree, frame, v) writes the read FD of one frame
 //   frameValue(tree, frame)          reads it through the frame index
 //   store(tree), load(stored)        explicit little-endian (peers) or binary (Quiltra)
 //                                    form in memory, and back
+//   printable(tree), print(p, out)   what the text dump prints, and the dump itself
+//   putText, putNumber, putPixels    the elements of a file's identity and of the image
+//   toFile(set), writeFile(file, path), readFile(path)
+//                                    a DICOM file in explicit VR little endian, each
+//                                    library with its own defaults for lengths
+//   loadedFrameValue(read, frame), loadedPixels(read)   what readFile gave
+//   uidsReady(), uid()               a new unique identifier
+//   kConvertsNames: toUtf8(latin1, out), toLatin1(utf8, out)   character sets
 //
 // Every measurement times only the operation (manual time): building the input before it
 // and destroying the result after it are left out.
 
 #include "LogicalData.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <cstring>
+#include <filesystem>
 #include <functional>
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +51,9 @@ struct Workload {
   bool singleIteration = false;  // heap figures: one build per repetition is enough
   bool runOnce = false;          // one repetition: a single run takes many seconds
   bool takesMinutes = false;     // at full size, left out unless QUILTRA_BENCH_ALL is set
+  /// For a workload only Quiltra has: the shared workload whose peer figures it is held
+  /// against (the table shows them in parentheses).
+  std::string comparedWith{};
 };
 using Workloads = std::vector<Workload>;
 
@@ -58,25 +74,51 @@ void timed(benchmark::State& state, Op&& op) {
   state.SetIterationTime(std::chrono::duration<double>(end - start).count());
 }
 
-/// What read() answers for the element spec describes.
-inline double expectedRead(const ElementSpec& spec) {
-  switch (spec.kind) {
+/// Drops every character and counts them: the dumps print into it, so that only their own
+/// work is measured.
+class NullBuffer : public std::streambuf {
+ public:
+  std::size_t count() const { return _count; }
+
+ protected:
+  int overflow(int c) override {
+    ++_count;
+    return c;
+  }
+  std::streamsize xsputn(const char*, std::streamsize count) override {
+    _count += static_cast<std::size_t>(count);
+    return count;
+  }
+
+ private:
+  std::size_t _count = 0;
+};
+
+/// "256 MiB", "16 KiB": a size as it appears in a workload's name.
+inline std::string sizeName(std::size_t bytes) {
+  return bytes >= (std::size_t{1} << 20) ? std::to_string(bytes >> 20) + " MiB"
+                                         : std::to_string(bytes >> 10) + " KiB";
+}
+
+/// What read() answers for the element entry describes.
+inline double expectedRead(const ElementSpec& entry) {
+  switch (entry.kind) {
     case Kind::LO:
-      return static_cast<double>(spec.text.size());
+      return static_cast<double>(entry.text.size());
     case Kind::US:
-      return spec.number;
+      return entry.number;
     case Kind::FD:
-      return spec.real;
+      return entry.real;
   }
   return 0.0;
 }
 
-/// spec with the value that replace() writes instead of the original.
-inline ElementSpec replacementOf(const ElementSpec& spec) {
-  ElementSpec changed = spec;
-  changed.text = spec.replacement;
-  changed.number = static_cast<std::uint16_t>(spec.number ^ 1U);
-  changed.real = spec.real + 0.25;
+/// entry with the value that replace() writes instead of the original.
+inline ElementSpec replacementOf(const ElementSpec& entry) {
+  ElementSpec changed = entry;
+  changed.text = entry.replacement;
+  changed.number = static_cast<std::uint16_t>(entry.number ^ 1U);
+  changed.real = entry.real + 0.25;
   return changed;
 }
 
@@ -86,7 +128,7 @@ auto buildFlat(const FlatData& data, bool shuffled) {
   if (shuffled) {
     for (std::size_t index : data.shuffled) Impl::insert(set, data.ascending[index]);
   } else {
-    for (const ElementSpec& spec : data.ascending) Impl::insert(set, spec);
+    for (const ElementSpec& entry : data.ascending) Impl::insert(set, entry);
   }
   return set;
 }
@@ -95,8 +137,8 @@ auto buildFlat(const FlatData& data, bool shuffled) {
 /// wrong work is worse than none.
 template <class Impl, class Set>
 bool holdsFlatData(benchmark::State& state, const Set& set, const FlatData& data) {
-  for (const ElementSpec* spec : {&data.ascending.front(), &data.ascending.back()}) {
-    if (Impl::read(set, *spec) != expectedRead(*spec)) {
+  for (const ElementSpec* entry : {&data.ascending.front(), &data.ascending.back()}) {
+    if (Impl::read(set, *entry) != expectedRead(*entry)) {
       state.SkipWithError("the data set does not hold the values it was built with");
       return false;
     }
@@ -104,15 +146,17 @@ bool holdsFlatData(benchmark::State& state, const Set& set, const FlatData& data
   return true;
 }
 
+/// Whether value, read from the last frame, is the one it was built with.
+inline bool isLastFrameValue(benchmark::State& state, double value) {
+  const std::size_t last = sizes().frames - 1;
+  if (value == frameReal(last, FrameLayout::kReadSequence, FrameLayout::kReadElement)) return true;
+  state.SkipWithError("the frame tree does not hold the values it was built with");
+  return false;
+}
+
 template <class Impl, class Tree>
 bool holdsFrames(benchmark::State& state, const Tree& tree) {
-  const std::size_t last = sizes().frames - 1;
-  if (Impl::frameValue(tree, last) !=
-      frameReal(last, FrameLayout::kReadSequence, FrameLayout::kReadElement)) {
-    state.SkipWithError("the frame tree does not hold the values it was built with");
-    return false;
-  }
-  return true;
+  return isLastFrameValue(state, Impl::frameValue(tree, sizes().frames - 1));
 }
 
 // Workload 1: building flat data sets.
@@ -260,6 +304,129 @@ void loadWorkload(benchmark::State& state) {
                  [](benchmark::State& s, const auto& back) { return holdsFrames<Impl>(s, back); });
 }
 
+// Workload 7: person names from Latin-1 to UTF-8 and back, one converted string per name.
+template <class Impl, bool kToUtf8>
+void namesWorkload(benchmark::State& state) {
+  const std::vector<std::string>& from = kToUtf8 ? latin1Names() : utf8Names();
+  const std::vector<std::string>& expected = kToUtf8 ? utf8Names() : latin1Names();
+  std::vector<std::string> converted(from.size());
+  for (auto _ : state) {
+    timed(state, [&] {
+      for (std::size_t i = 0; i < from.size(); ++i) {
+        if constexpr (kToUtf8) {
+          Impl::toUtf8(from[i], converted[i]);
+        } else {
+          Impl::toLatin1(from[i], converted[i]);
+        }
+      }
+    });
+  }
+  if (converted != expected) state.SkipWithError("the names did not convert as expected");
+  std::size_t bytes = 0;
+  for (const std::string& name : from) bytes += name.size();
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+}
+
+// Workload 7: the text dump of the frame tree into a stream that drops it.
+template <class Impl>
+void dumpWorkload(benchmark::State& state) {
+  const auto tree = Impl::buildFrames(sizes().frames);
+  const auto printable = Impl::printable(tree);
+  NullBuffer discard;
+  std::ostream out(&discard);
+  for (auto _ : state) {
+    timed(state, [&] { Impl::print(printable, out); });
+  }
+  if (discard.count() == 0) state.SkipWithError("the dump printed nothing");
+  state.SetBytesProcessed(static_cast<std::int64_t>(discard.count()));
+}
+
+// Workload 7: DICOM files of the frame tree and of the multi-frame image.
+template <class Impl>
+auto framesForFile() {
+  auto tree = Impl::buildFrames(sizes().frames);
+  for (const TextElement& text : framesFileTexts()) Impl::putText(tree, text);
+  return tree;
+}
+
+template <class Impl>
+auto buildImage() {
+  auto image = Impl::empty();
+  for (const TextElement& text : ImageLayout::texts()) Impl::putText(image, text);
+  for (const NumberElement& number : ImageLayout::numbers()) Impl::putNumber(image, number);
+  Impl::putPixels(image, ImageLayout::pixels());
+  return image;
+}
+
+template <class Impl, class Loaded>
+bool holdsFramesFile(benchmark::State& state, const Loaded& loaded) {
+  return isLastFrameValue(state, Impl::loadedFrameValue(loaded, sizes().frames - 1));
+}
+
+template <class Impl, class Loaded>
+bool holdsImage(benchmark::State& state, const Loaded& loaded) {
+  const std::vector<unsigned char>& pixels = ImageLayout::pixels();
+  const auto [data, size] = Impl::loadedPixels(loaded);
+  if (size != pixels.size() || std::memcmp(data, pixels.data(), size) != 0) {
+    state.SkipWithError("the image's pixels did not come back from its file");
+    return false;
+  }
+  return true;
+}
+
+/// Writes the file of set to a scratch file on every iteration; the file goes untimed.
+template <class Impl, class Set>
+void writeFileWorkload(benchmark::State& state, Set set, const std::string& name) {
+  const auto file = Impl::toFile(std::move(set));
+  const std::string path = scratchPath(name);
+  std::uintmax_t bytes = 0;
+  for (auto _ : state) {
+    timed(state, [&] { Impl::writeFile(file, path); });
+    bytes = std::filesystem::file_size(path);
+    std::filesystem::remove(path);
+  }
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+}
+
+/// Reads the file the implementation wrote of set on every iteration.
+template <class Impl, class Set, class Check>
+void readFileWorkload(benchmark::State& state, Set set, const std::string& name, Check holds) {
+  const std::string path = scratchPath(name);
+  Impl::writeFile(Impl::toFile(std::move(set)), path);
+  const std::uintmax_t bytes = std::filesystem::file_size(path);
+  for (auto _ : state) {
+    decltype(Impl::readFile(path)) back;
+    timed(state, [&] { back = Impl::readFile(path); });
+    if (!holds(state, back)) break;
+  }
+  std::filesystem::remove(path);
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes));
+}
+
+// Workload 7: unique identifiers, kept as strings; the table also shows them per
+// millisecond against the ceiling of 100 that Quiltra's generator keeps to.
+template <class Impl>
+void uidWorkload(benchmark::State& state) {
+  if (!Impl::uidsReady()) {
+    state.SkipWithError("the generator cannot be initialised on this machine");
+    return;
+  }
+  std::vector<std::string> made;
+  made.reserve(sizes().identifiers);
+  for (auto _ : state) {
+    made.clear();
+    timed(state, [&] {
+      for (std::size_t i = 0; i < sizes().identifiers; ++i) made.push_back(Impl::uid());
+    });
+  }
+  std::sort(made.begin(), made.end());
+  if (std::adjacent_find(made.begin(), made.end()) != made.end()) {
+    state.SkipWithError("an identifier came twice");
+  }
+  state.counters["per_ms_of"] = static_cast<double>(sizes().identifiers);
+  state.counters["per_ms_ceiling"] = 100;
+}
+
 // Workload 8: heap in use after building, from the allocator's statistics.
 template <class Impl>
 void flatHeapWorkload(benchmark::State& state, std::size_t count) {
@@ -282,9 +449,8 @@ void frameHeapWorkload(benchmark::State& state) {
   }
 }
 
-/// The workloads of every implementation, in table order. Workload 7 (character sets, the
-/// dump, files, identifiers) and access through a structured multi-frame grid (5) join here
-/// as those features land.
+/// The workloads of every implementation, in table order (Quiltra's own join them in
+/// QuiltraWorkloads.cpp).
 template <class Impl>
 Workloads sharedWorkloads(const std::string& implementation) {
   Workloads list;
@@ -314,6 +480,29 @@ Workloads sharedWorkloads(const std::string& implementation) {
   add("frames: access by index", [](auto& s) { frameAccessWorkload<Impl>(s); });
   add("frames: store binary", [](auto& s) { storeWorkload<Impl>(s); });
   add("frames: read binary", [](auto& s) { loadWorkload<Impl>(s); });
+  if constexpr (Impl::kConvertsNames) {
+    const std::string names = std::to_string(sizes().names) + " names: ";
+    add(names + "Latin-1 to UTF-8", [](auto& s) { namesWorkload<Impl, true>(s); });
+    add(names + "UTF-8 to Latin-1", [](auto& s) { namesWorkload<Impl, false>(s); });
+  }
+  add("frames: dump", [](auto& s) { dumpWorkload<Impl>(s); });
+  if constexpr (Impl::kWritesFiles) {
+    add("frames: write file",
+        [](auto& s) { writeFileWorkload<Impl>(s, framesForFile<Impl>(), "frames.dcm"); });
+    add("frames: read file", [](auto& s) {
+      readFileWorkload<Impl>(
+          s, framesForFile<Impl>(), "frames.dcm",
+          [](auto& st, const auto& back) { return holdsFramesFile<Impl>(st, back); });
+    });
+    const std::string image = "image " + sizeName(ImageLayout::bytes()) + ": ";
+    add(image + "write file",
+        [](auto& s) { writeFileWorkload<Impl>(s, buildImage<Impl>(), "image.dcm"); });
+    add(image + "read file", [](auto& s) {
+      readFileWorkload<Impl>(s, buildImage<Impl>(), "image.dcm",
+                             [](auto& st, const auto& back) { return holdsImage<Impl>(st, back); });
+    });
+  }
+  add(std::to_string(sizes().identifiers) + " UIDs", [](auto& s) { uidWorkload<Impl>(s); });
   for (std::size_t count : sizes().elementCounts) {
     add(
         "heap per element, " + std::to_string(count),

@@ -5,11 +5,14 @@ One row per workload, one column per implementation with the median over the rep
 then the ratio Quiltra/peer for each other implementation (below 1: Quiltra is faster or
 smaller) and, for the storage workloads, Quiltra's rate in megabytes of the stored form per
 second. Times are the measured operation only; heap rows are bytes from the allocator's
-statistics.
+statistics. A workload that counts what it made per millisecond (counter per_ms_of) gets a
+second row with that rate (higher is better; no ratios). A workload only Quiltra has shows, in parentheses, the peers'
+figures of the workload it is held against (context "compared:<workload>").
 
 Usage: table.py RESULTS.json [--markdown]
 """
 import json
+import math
 import re
 import statistics
 import sys
@@ -39,20 +42,45 @@ def measurement(run):
     return run["real_time"] * scale, "ms"
 
 
+def per_ms_row(workload, run):
+    """The name of the rate row of a workload that counts what it made, or None."""
+    if "per_ms_of" not in run:
+        return None
+    ceiling = run.get("per_ms_ceiling")
+    return f"{workload}: per ms" + (f" (ceiling {ceiling:.0f})" if ceiling else "")
+
+
 def collect(results):
     rows = {}  # workload -> {"rank": int, "unit": str, implementation: [values]}
+
+    def add(workload, rank, unit, implementation, value):
+        row = rows.setdefault(workload, {"rank": rank, "unit": unit, "values": {}, "rates": []})
+        row["rank"] = min(row["rank"], rank)
+        row["values"].setdefault(implementation, []).append(value)
+        return row
+
     for run in results["benchmarks"]:
         if run.get("run_type") != "iteration" or run.get("error_occurred"):
             continue
         workload, implementation = split_name(run["run_name"])
         value, unit = measurement(run)
-        row = rows.setdefault(workload, {"rank": run.get("family_index", 0), "unit": unit,
-                                         "values": {}, "rates": []})
-        row["rank"] = min(row["rank"], run.get("family_index", 0))
-        row["values"].setdefault(implementation, []).append(value)
+        rank = run.get("family_index", 0)
+        row = add(workload, rank, unit, implementation, value)
         if implementation == "Quiltra" and rate(run) is not None:
             row["rates"].append(rate(run))
+        rate_row = per_ms_row(workload, run)
+        if rate_row and value > 0:
+            add(rate_row, rank + 0.5, "/ms", implementation, run["per_ms_of"] / value)
     return sorted(rows.items(), key=lambda item: item[1]["rank"])
+
+
+def ratio(quiltra, other):
+    if quiltra is None or not other:
+        return ""
+    value = quiltra / other
+    if value >= 0.1 or value == 0:
+        return f"{value:.2f}"
+    return f"{value:.{1 - math.floor(math.log10(value))}f}"  # two significant digits
 
 
 def shown(value, unit):
@@ -60,6 +88,8 @@ def shown(value, unit):
         return ""
     if unit == "B":
         return f"{value:.0f} B"
+    if unit == "/ms":
+        return f"{value:.1f}"
     if value >= 100:
         return f"{value:.0f} ms"
     if value >= 1:
@@ -78,20 +108,37 @@ def main(argv):
     implementations = [impl for impl in ORDER if impl in present]
     implementations += sorted(present - set(ORDER))
     peers = [impl for impl in implementations if impl != "Quiltra"]
+    context = results.get("context", {})
+    compared = {key[len("compared:"):]: value for key, value in context.items()
+                if key.startswith("compared:")}
+    medians = {workload: {impl: statistics.median(values)
+                          for impl, values in row["values"].items()}
+               for workload, row in rows}
 
     header = ["workload"] + implementations + [f"Q/{peer}" for peer in peers] + ["Q MB/s"]
     lines = []
     for workload, row in rows:
-        medians = {impl: statistics.median(values) for impl, values in row["values"].items()}
-        cells = [workload] + [shown(medians.get(impl), row["unit"]) for impl in implementations]
+        own = medians[workload]
+        against = medians.get(compared.get(workload), {})
+        cells = [workload]
+        for impl in implementations:
+            if impl in own or impl not in against:
+                cells.append(shown(own.get(impl), row["unit"]))
+            else:
+                cells.append(f"({shown(against[impl], row['unit'])})")
         for peer in peers:
-            quiltra, other = medians.get("Quiltra"), medians.get(peer)
-            cells.append(f"{quiltra / other:.2f}" if quiltra is not None and other else "")
+            if row["unit"] == "/ms":  # a rate: higher is better, so no ratio
+                cells.append("")
+            elif peer in own:
+                cells.append(ratio(own.get("Quiltra"), own[peer]))
+            elif peer in against and "Quiltra" in own:
+                cells.append(f"({ratio(own['Quiltra'], against[peer])})")
+            else:
+                cells.append("")
         cells.append(f"{statistics.median(row['rates']):.0f}" if row["rates"] else "")
         lines.append(cells)
 
     repetitions = max((len(v) for _, row in rows for v in row["values"].values()), default=0)
-    context = results.get("context", {})
     print(f"Medians of {repetitions} interleaved repetitions; {context.get('num_cpus', '?')} "
           f"CPUs at {context.get('mhz_per_cpu', '?')} MHz, load average "
           f"{', '.join(f'{x:.2f}' for x in context.get('load_avg', []))} at the start.")
@@ -100,6 +147,12 @@ def main(argv):
             print()
         print(f"Left out (over ten minutes a run; QUILTRA_BENCH_ALL=1 or scripts/bench --all "
               f"runs them): {context['left_out']}.")
+    shown_against = sorted({(w, r) for w, r in compared.items() if w in medians})
+    if shown_against:
+        if markdown:
+            print()
+        print("In parentheses: the peers' figures of the workload a Quiltra-only row is held "
+              "against (" + "; ".join(f"{w}: {r}" for w, r in shown_against) + ").")
     if markdown:
         print()
         print("| " + " | ".join(header) + " |")

@@ -6,7 +6,8 @@
 // What is read:
 //   - A preamble of 128 bytes and "DICM", then the meta group 0002 in explicit VR little
 //     endian; its transfer syntax UID (0002,0010) sets how the data set is read. A meta group
-//     without the preamble is read too.
+//     without the preamble is read too. The meta group ends where its group length
+//     (0002,0000) says, else before the first element of another group.
 //   - A file without meta information is read as explicit VR when its first element carries a
 //     VR (big endian when its group reads so), else as implicit VR little endian.
 //   - Implicit VR little endian, explicit VR little and big endian, deflated explicit VR
@@ -42,6 +43,10 @@
 // These are read tolerantly, with a warning through the library's logging handler:
 //   - a missing meta group or missing transfer syntax UID (the syntax is then detected as for
 //     a file without meta information);
+//   - a meta group that does not end where its group length says: it then ends before the
+//     first element of another group. Only before a little-endian, uncompressed data set are
+//     group 0002 elements after a group length that ends between elements read as meta
+//     information (a big-endian data set may start with bytes that read as group 0002);
 //   - garbage after the data set: at the top level, an element header that cannot start an
 //     element (unknown VR, a tag not above the previous one, an item or delimiter tag, or
 //     fewer than 8 bytes left) ends the data set, and what was read so far is returned;

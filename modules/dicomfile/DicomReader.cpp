@@ -2,6 +2,7 @@
 //
 // Byte layout (all numbers in the syntax's byte order; item tags and delimiters too):
 //   file      := [preamble(128) "DICM"] [meta elements, group 0002, explicit VR LE] data set
+//                (the meta group's first element, its group length, gives its end)
 //   element   := tag(group 2, element 2) header value
 //   header    := implicit: length(4)
 //              | explicit: VR(2 letters) length(2)                  for most VRs
@@ -118,6 +119,9 @@ class Decoder {
 
   Encoding detectEncoding();
   std::optional<Quiltra::TransferSyntax> readMeta(Quiltra::Tree& tree);
+  /// Whether elements of the meta group follow the end its group length gives, and may be
+  /// read as part of it.
+  bool metaRunsOn(const Quiltra::Tree& meta, Encoding encoding);
   HeaderStatus readHeader(Encoding encoding, Header& header, bool topLevel);
   void readDataSet(Quiltra::Tree& tree, Encoding encoding, std::uint64_t end, unsigned depth,
                    bool topLevel);
@@ -444,6 +448,37 @@ Encoding Decoder::detectEncoding() {
   return Encoding{true, bigEndian};
 }
 
+// The text of the meta group's transfer syntax UID; nullopt when there is none.
+std::optional<std::string> syntaxUid(const Quiltra::Tree& meta) {
+  auto syntaxTag = meta.getTag(Quiltra::TagId(kTransferSyntaxUid));
+  if (!syntaxTag || syntaxTag->numberOfValues() == 0) return std::nullopt;
+  const Quiltra::Value& uid = syntaxTag->getValue(0);
+  return std::string(reinterpret_cast<const char*>(uid.data()),
+                     uid.size() == 0 ? 0 : uid.size() - 1);
+}
+
+// Where the meta group ends by its group length, read at offset from the value of a
+// (0002,0000) that was the group's first element; nullopt when that value is not 4 bytes.
+std::optional<std::uint64_t> declaredMetaEnd(const Quiltra::Tree& meta, std::uint64_t offset) {
+  auto length = meta.getTag(Quiltra::TagId(kMetaGroupLength));
+  if (!length || length->numberOfValues() != 1 || length->getValueSize(0) != 4) return std::nullopt;
+  return offset + get32(length->getValue(0).data(), false);
+}
+
+bool Decoder::metaRunsOn(const Quiltra::Tree& meta, Encoding encoding) {
+  unsigned char head[6];
+  FileVr vr;
+  if (_in.peek(head, 6) < 6 || get16(head, encoding.bigEndian) != kMetaGroup ||
+      (encoding.explicitVr && !parseFileVr(head[4], head[5], vr))) {
+    return false;
+  }
+  const auto uid = syntaxUid(meta);
+  const auto syntax = uid ? syntaxOfUid(*uid) : std::nullopt;
+  if (!syntax) return false;
+  const SyntaxLayout layout = layoutOf(*syntax);
+  return !layout.bigEndian && !layout.deflated;
+}
+
 std::optional<Quiltra::TransferSyntax> Decoder::readMeta(Quiltra::Tree& tree) {
   const Encoding encoding = detectEncoding();
   // The transfer syntax is needed whatever the filter says; unselected elements go after.
@@ -451,7 +486,15 @@ std::optional<Quiltra::TransferSyntax> Decoder::readMeta(Quiltra::Tree& tree) {
   if (!encoding.explicitVr || encoding.bigEndian) {
     warn("meta information not in explicit VR little endian", _in.offset());
   }
+  const std::uint64_t start = _in.offset();
+  std::optional<std::uint64_t> declaredEnd;
   for (;;) {
+    // At the end its group length gives, the meta group ends: a big-endian data set may
+    // well start with bytes that read as group 0002 here. Only before a little-endian,
+    // uncompressed data set (which never holds group 0002) may a group length that is too
+    // short be read past. An element across that end shows the group length is wrong; then
+    // the group ends at the first element of another group.
+    if (declaredEnd && _in.offset() == *declaredEnd && !metaRunsOn(tree, encoding)) break;
     unsigned char head[2];
     if (_in.peek(head, 2) < 2 || get16(head, encoding.bigEndian) != kMetaGroup) break;
     Header header;
@@ -460,15 +503,20 @@ std::optional<Quiltra::TransferSyntax> Decoder::readMeta(Quiltra::Tree& tree) {
       fail("value of " + tagText(header.tag) + " runs past the end of the file", header.offset);
     }
     readElement(tree, header, encoding, 0);
+    if (header.tag == kMetaGroupLength && header.offset == start) {
+      declaredEnd = declaredMetaEnd(tree, _in.offset());
+    }
+  }
+  if (declaredEnd && _in.offset() != *declaredEnd) {
+    warn("meta information does not end where its group length says (offset " +
+             std::to_string(*declaredEnd) + ")",
+         _in.offset());
   }
   _filtering = true;
-  auto syntaxTag = tree.getTag(Quiltra::TagId(kTransferSyntaxUid));
-  if (!syntaxTag || syntaxTag->numberOfValues() == 0) return std::nullopt;
-  const Quiltra::Value& uid = syntaxTag->getValue(0);
-  const std::string text(reinterpret_cast<const char*>(uid.data()),
-                         uid.size() == 0 ? 0 : uid.size() - 1);
-  auto syntax = syntaxOfUid(text);
-  if (!syntax) fail("unsupported transfer syntax " + text, _in.offset());
+  const auto uid = syntaxUid(tree);
+  if (!uid) return std::nullopt;
+  const auto syntax = syntaxOfUid(*uid);
+  if (!syntax) fail("unsupported transfer syntax " + *uid, _in.offset());
   if (_options.filter) {
     const auto ids = tree.tagIds(Quiltra::OwnLayer);
     for (const auto& entry : *ids) {

@@ -1,12 +1,11 @@
 #include "UIDPlatform.h"
 
 #include <algorithm>
-#include <chrono>
+#include <cerrno>
 #include <ctime>
 #include <ifaddrs.h>
 #include <netpacket/packet.h>
 #include <sys/socket.h>
-#include <thread>
 #include <utility>
 
 namespace Quiltra_Utils {
@@ -69,8 +68,20 @@ UtcTime UIDPlatform::systemClock() {
           static_cast<int>(now.tv_nsec / 1000000)};
 }
 
+// Sleeps at most 1 ms: up to the start of the clock's next millisecond, so that the
+// generator loses no part of that millisecond to a sleep that runs past it.
 void UIDPlatform::systemPause() {
-  std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  constexpr long kNanosecondsPerMillisecond = 1000000;
+  timespec wake = now;
+  wake.tv_nsec = (now.tv_nsec / kNanosecondsPerMillisecond + 1) * kNanosecondsPerMillisecond;
+  if (wake.tv_nsec >= 1000 * kNanosecondsPerMillisecond) {
+    wake.tv_sec += 1;
+    wake.tv_nsec -= 1000 * kNanosecondsPerMillisecond;
+  }
+  while (clock_nanosleep(CLOCK_REALTIME, TIMER_ABSTIME, &wake, nullptr) == EINTR) {
+  }
 }
 
 void UIDPlatform::setInterfaceList(InterfaceList list) {

@@ -148,6 +148,59 @@ TEST_F(DicomDamageTest, ReadsFilesWithoutMetaOrSyntaxWithAWarning) {
             0u);
 }
 
+// A file whose meta group has a group length of length and holds (0002,0010) naming uid
+// (19 characters), followed by more.
+std::vector<unsigned char> withMeta(unsigned length, const std::string& uid,
+                                    const std::string& more) {
+  std::vector<unsigned char> bytes(128, 0);
+  const std::string magic = "DICM";
+  bytes.insert(bytes.end(), magic.begin(), magic.end());
+  const auto groupLength = hex("02 00 00 00 55 4c 04 00");
+  bytes.insert(bytes.end(), groupLength.begin(), groupLength.end());
+  for (int i = 0; i < 4; ++i) bytes.push_back((length >> (8 * i)) & 0xFF);
+  const auto syntax = hex("02 00 10 00 55 49 14 00");
+  bytes.insert(bytes.end(), syntax.begin(), syntax.end());
+  bytes.insert(bytes.end(), uid.begin(), uid.end());
+  bytes.push_back(0);
+  const auto rest = hex(more);
+  bytes.insert(bytes.end(), rest.begin(), rest.end());
+  return bytes;
+}
+
+// The meta group ends at offset 172 when its group length is 28.
+TEST_F(DicomDamageTest, EndsTheMetaGroupWhereItsGroupLengthSays) {
+  const std::string bigEndian = "1.2.840.10008.1.2.2";
+  const std::string littleEndian = "1.2.840.10008.1.2.1";
+  const std::string name = "10 00 10 00 50 4e 04 00 44 6f 65 20";  // (0010,0010) PN "Doe" LE
+  // A big-endian data set opening with (0200,feff), whose bytes read as group 0002 here.
+  auto content = readBytes(withMeta(28, bigEndian, "02 00 fe ff 55 4e 00 00 00 00 00 02 01 02"));
+  EXPECT_EQ(content.syntax, Quiltra::EXPLICIT_BIG_ENDIAN);
+  EXPECT_EQ(QuiltraTest::valueBytes(*content.tree, 0x0200FEFF), hex("01 02"));
+  EXPECT_FALSE(content.tree->hasTag(TagId(0x0002FFFE)));
+  EXPECT_TRUE(gWarnings.empty());
+  // Tolerated: a group length too short before a little-endian data set, one too long,
+  // and one that ends inside an element; the meta group then ends with group 0002.
+  const std::string implementation = "02 00 13 00 53 48 02 00 41 42 ";  // (0002,0013) "AB"
+  const struct {
+    unsigned length;
+    std::string more;
+    std::size_t end;
+  } cases[] = {{28, implementation + name, 182}, {40, name, 172}, {30, implementation + name, 182}};
+  for (const auto& damaged : cases) {
+    SCOPED_TRACE(damaged.length);
+    gWarnings.clear();
+    content = readBytes(withMeta(damaged.length, littleEndian, damaged.more));
+    EXPECT_EQ(content.tree->getTag(TagId(0x00100010))->toString(0), "Doe");
+    EXPECT_EQ(content.tree->hasTag(TagId(0x00020013)), damaged.end == 182);
+    ASSERT_EQ(gWarnings.size(), 1u);
+    EXPECT_EQ(gWarnings[0],
+              "DicomFile::read: meta information does not end where its group length says "
+              "(offset " +
+                  std::to_string(144 + damaged.length) + ") at offset " +
+                  std::to_string(damaged.end));
+  }
+}
+
 TEST_F(DicomDamageTest, KeepsUnValuesThatOnlyLookLikeSequences) {
   const auto bytes = hex("09 00 01 10 55 4e 00 00 0c 00 00 00 fe ff 00 e0 10 00 00 00 01 02 03 04");
   auto content = readBytes(bytes);

@@ -95,6 +95,21 @@ TEST(DicomWriteTest, WritesTheMetaGroupFromTheDataSet) {
   EXPECT_EQ(bytes[start + 1], 0x08);
 }
 
+// Group 0200 in big endian is spelt "02 00", as group 0002 is in little endian: the data
+// set must start where the meta group's length says, not where group 0002 seems to end.
+TEST(DicomWriteTest, ReadsBackABigEndianDataSetWhoseFirstGroupLooksLikeTheMeta) {
+  Quiltra::Tree tree;
+  auto first = element(0x0200FEFF, Quiltra::UN);
+  first->addValue().setData(4, hex("01 02 03 04").data());
+  tree.addTag(first);
+  const auto bytes = write(tree, Quiltra::EXPLICIT_BIG_ENDIAN);
+  ASSERT_EQ(body(bytes), hex("02 00 fe ff 55 4e 00 00 00 00 00 04 01 02 03 04"));
+  auto back = readBytes(bytes);
+  EXPECT_EQ(back.syntax, Quiltra::EXPLICIT_BIG_ENDIAN);
+  EXPECT_FALSE(back.tree->hasTag(TagId(0x0002FFFE)));
+  expectSameDataSet(tree, *back.tree);
+}
+
 TEST(DicomWriteTest, PadsEachRepresentationToAnEvenLength) {
   Quiltra::Tree tree;
   auto uid = element(0x00080018, Quiltra::UI);
