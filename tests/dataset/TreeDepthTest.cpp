@@ -11,18 +11,19 @@
 // over the layers, destruction included, is a loop, so the chain length is bounded only by
 // memory; nesting is walked recursively and stays within an 8 MB stack at 10,000 levels.
 //
-// Sizes: 1,000,000 layers and 10,000 nested levels in ordinary builds. Under AddressSanitizer
-// the chain keeps its full length (no walk over it recurses) but nesting drops to 2,000
-// levels: the sanitizer's larger frames make each nested level several times deeper, and
-// 5,000 levels already exhaust an 8 MB stack there.
+// Sizes: 1,000,000 layers and 10,000 nested levels in optimised builds. Under AddressSanitizer
+// and in unoptimised (debug) builds the chain keeps its full length (no walk over it
+// recurses) but nesting drops to 2,000 levels: their larger frames make each nested level
+// several times deeper, and 5,000 levels (sanitizer) or 10,000 levels (g++ -O0) already
+// exhaust an 8 MB stack there.
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-#define QUILTRA_TEST_ASAN 1
+#define QUILTRA_TEST_LARGE_FRAMES 1
 #endif
 #endif
-#if defined(__SANITIZE_ADDRESS__)
-#define QUILTRA_TEST_ASAN 1
+#if defined(__SANITIZE_ADDRESS__) || !defined(__OPTIMIZE__)
+#define QUILTRA_TEST_LARGE_FRAMES 1
 #endif
 
 using namespace Quiltra;
@@ -30,7 +31,7 @@ using namespace Quiltra;
 namespace {
 
 constexpr int kLayers = 1000000;
-#ifdef QUILTRA_TEST_ASAN
+#ifdef QUILTRA_TEST_LARGE_FRAMES
 constexpr int kLevels = 2000;
 #else
 constexpr int kLevels = 10000;
