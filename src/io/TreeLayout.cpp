@@ -77,7 +77,8 @@ void readMarks(std::istream& in, std::set<unsigned int>& marks) {
 }  // namespace
 
 void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
-  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
+  const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
+  if (WrittenItemLevel::tooDeep()) throw Exception("Tree::serializeX", "nesting too deep");
   if (!_parent) {
     // A root's view is its own map without the ids it marks deleted: written straight from
     // the map, with no listing built.
