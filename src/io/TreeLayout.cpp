@@ -77,7 +77,8 @@ void readMarks(std::istream& in, std::set<unsigned int>& marks) {
 }  // namespace
 
 void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
-  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
+  const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
+  if (WrittenItemLevel::tooDeep()) throw Exception("Tree::serializeX", "nesting too deep");
   // The count goes first: a root without marks knows it, any other view is counted by a
   // walk of its own (no listing built) before the walk that writes.
   unsigned int count = 0;
