@@ -20,7 +20,7 @@ namespace {
 bool holdsNoData(const Tree& item) {
   bool empty = true;
   item.forEachTag(AllLayers, [&empty](const TagId&, const Tag& tag) {
-    if (empty && !tag.isEmpty()) empty = false;
+    if (!tag.isEmpty()) empty = false;
   });
   return empty;
 }
