@@ -2,6 +2,7 @@
 
 #include "NestingGuard.h"
 #include "StreamBytes.h"
+#include "dataset/OrderedInsert.h"
 
 #include <istream>
 #include <memory>
@@ -59,7 +60,7 @@ void readEntries(std::istream& in, Tree::TagMap& tags) {
     Quiltra_Utils::fromStream(in, key);
     auto tag = std::make_shared<Tag>();
     tag->fromStream(in);
-    tags.insert_or_assign(TagId(key), std::move(tag));
+    insertOrAssignInOrder(tags, TagId(key), std::move(tag));
     if (ended) return;
   }
 }
@@ -103,7 +104,7 @@ void Tree::deserializeX(Quiltra_Serialization::Source& source) {
     auto tag = std::make_shared<Tag>();
     tag->deserializeX(source);
     const TagId id = tag->info().id();
-    _tags.insert_or_assign(id, std::move(tag));
+    insertOrAssignInOrder(_tags, id, std::move(tag));
   }
 }
 

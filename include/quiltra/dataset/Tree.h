@@ -188,7 +188,9 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   std::shared_ptr<Tag> tag4tagid(const TagId& id);
   bool isDeleted(const TagId& id) const { return _deleted.count(id.rawId()) != 0; }
   void markAsDeleted(const TagId& id) { _deleted.insert(id.rawId()); }
-  void undelete(const TagId& id) { _deleted.erase(id.rawId()); }
+  void undelete(const TagId& id) {
+    if (!_deleted.empty()) _deleted.erase(id.rawId());
+  }
   /// Throws Exception("Tree::checkForTag", "tag does not exist").
   void checkForTag(const TagId& id, TagSelector selector) const;
   void addTagsToSet(std::set<unsigned int>& target, TagSelector selector, const TagId& from,
