@@ -80,23 +80,16 @@ void readMarks(std::istream& in, std::set<unsigned int>& marks) {
 void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
   const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
   if (WrittenItemLevel::tooDeep()) throw Exception("Tree::serializeX", "nesting too deep");
-  if (!_parent) {
-    // A root's view is its own map without the ids it marks deleted: written straight from
-    // the map, with no listing built.
-    unsigned int count = tagsSize();
-    if (!_deleted.empty()) {
-      for (const auto& entry : _tags) count -= isDeleted(entry.first) ? 1 : 0;
-    }
-    sink.write(count);
-    for (const auto& entry : _tags) {
-      if (_deleted.empty() || !isDeleted(entry.first)) entry.second->serializeX(sink);
-    }
-    return;
+  // The count goes first: a root without marks knows it, any other view is counted by a
+  // walk of its own (no listing built) before the walk that writes.
+  unsigned int count = 0;
+  if (!_parent && _deleted.empty()) {
+    count = tagsSize();
+  } else {
+    forEachTag(AllLayers, [&count](const TagId&, const Tag&) { ++count; });
   }
-  // One walk of the layers gives both the ids and their elements.
-  const auto view = getTags(AllLayers);
-  sink.write(static_cast<unsigned int>(view->size()));
-  for (const auto& entry : *view) entry.second->serializeX(sink);
+  sink.write(count);
+  forEachTag(AllLayers, [&sink](const TagId&, const Tag& tag) { tag.serializeX(sink); });
 }
 
 void Tree::deserializeX(Quiltra_Serialization::Source& source) {
