@@ -286,8 +286,10 @@ void storeLoop(benchmark::State& state, const Stored& tree) {
 template <class Impl, class Bytes, class Check>
 void loadLoop(benchmark::State& state, const Bytes& stored, Check holds) {
   for (auto _ : state) {
-    decltype(Impl::load(stored)) back;
-    timed(state, [&] { back = Impl::load(stored); });
+    // Each run reads its own copy, made untimed, which a reader may take over.
+    Bytes input = stored;
+    decltype(Impl::load(std::move(input))) back;
+    timed(state, [&] { back = Impl::load(std::move(input)); });
     if (!holds(state, back)) return;
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * stored.size()));

@@ -43,17 +43,6 @@ std::size_t textSize(const Quiltra::Value& value) {
   return (n > 0 && value.data()[n - 1] == 0) ? n - 1 : n;
 }
 
-// Calls visit(tag) for each element of the all-layers view of tree in tag order. A constant
-// Tree lists its elements only as a new map, so this costs one map of shared pointers.
-template <class Visit>
-void forEachTag(const Quiltra::Tree& tree, Visit&& visit) {
-  const Quiltra::Tree::ConstTagMap view =
-      tree.hasParent() ? *tree.getTags(Quiltra::AllLayers) : tree.constTags();
-  for (const auto& entry : view) {
-    if (entry.second) visit(*entry.second);
-  }
-}
-
 class Encoder {
  public:
   Encoder(const Quiltra::TransferSyntax syntax, const WriteOptions& options)
@@ -183,7 +172,7 @@ std::uint64_t Encoder::itemSize(const Quiltra::Tree& item) {
 
 std::uint64_t Encoder::dataSetSize(const Quiltra::Tree& tree, bool topLevel) {
   std::uint64_t size = 0;
-  forEachTag(tree, [&](const Quiltra::Tag& tag) {
+  tree.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
     if (selected(tag, topLevel)) size += elementSize(tag, topLevel);
   });
   return size;
@@ -261,7 +250,7 @@ void Encoder::writeElement(const Quiltra::Tag& tag, ByteOutput& out, bool topLev
 }
 
 void Encoder::writeDataSet(const Quiltra::Tree& tree, ByteOutput& out, bool topLevel) {
-  forEachTag(tree, [&](const Quiltra::Tag& tag) {
+  tree.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
     if (selected(tag, topLevel)) writeElement(tag, out, topLevel);
   });
 }
@@ -285,7 +274,7 @@ std::shared_ptr<Quiltra::Tag> textElement(std::uint32_t id, Quiltra::Vr vr,
 void Encoder::writeMeta(const Quiltra::Tree& tree, Quiltra::TransferSyntax syntax,
                         ByteOutput& out) {
   Quiltra::Tree meta;
-  forEachTag(tree, [&](const Quiltra::Tag& tag) {
+  tree.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
     const std::uint32_t id = tag.info().id().rawId();
     if ((id >> 16) == kMetaGroup && id != kMetaGroupLength) {
       meta.addTag(Quiltra::TagId(id), tag.copy());
@@ -311,10 +300,14 @@ void Encoder::writeMeta(const Quiltra::Tree& tree, Quiltra::TransferSyntax synta
   const WriteOptions everything;
   Encoder encoder(Quiltra::EXPLICIT_LITTLE_ENDIAN, everything);
   std::uint64_t size = 0;
-  forEachTag(meta, [&](const Quiltra::Tag& tag) { size += encoder.elementSize(tag, false); });
+  meta.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
+    size += encoder.elementSize(tag, false);
+  });
   encoder.writeHeader(out, kMetaGroupLength, FileVr::UL, 4);
   encoder.put32(out, static_cast<std::uint32_t>(size));
-  forEachTag(meta, [&](const Quiltra::Tag& tag) { encoder.writeElement(tag, out, false); });
+  meta.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
+    encoder.writeElement(tag, out, false);
+  });
 }
 
 }  // namespace

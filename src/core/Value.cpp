@@ -14,13 +14,17 @@ Value::Value(const unsigned int& n) {
 }
 
 Value::Value(const unsigned int& n, const unsigned char* bytes) {
-  allocate(n);
-  if (_size != 0 && bytes != nullptr) std::memcpy(data(), bytes, _size);
+  if (bytes == nullptr) {
+    allocate(n);
+    return;
+  }
+  allocateForOverwrite(n);
+  if (_size != 0) std::memcpy(data(), bytes, _size);
 }
 
-// Base classes carry no data; setSize on an empty value gives exactly other's size.
+// Base classes carry no data; the copy gets exactly other's size as its capacity.
 Value::Value(const Value& other) : Serializable(other), Deserializable(other) {
-  setSize(other._size);
+  allocateForOverwrite(other._size);
   if (_size != 0) std::memcpy(data(), other.data(), _size);
 }
 
@@ -109,20 +113,22 @@ bool Value::operator==(const Value& other) const noexcept {
 }
 
 void Value::allocate(const unsigned int& n) {
-  const unsigned int size = n;
+  allocateForOverwrite(n);
+  if (_size != 0) std::memset(data(), 0, _size);
+}
+
+void Value::allocateForOverwrite(unsigned int n) {
   purge();
-  if (size == 0) return;
-  if (size <= kInlineCapacity) {
-    std::memset(_inline, 0, size);
-  } else {
+  if (n == 0) return;
+  if (n > kInlineCapacity) {
     try {
-      _heap = new unsigned char[size]();
+      _heap = new unsigned char[n];
     } catch (const std::bad_alloc&) {
       throw Exception("Value::allocate", "out of memory");
     }
   }
-  _size = size;
-  _capacity = size;
+  _size = n;
+  _capacity = n;
 }
 
 }  // namespace Quiltra

@@ -1,5 +1,6 @@
 #include "quiltra/dataset/Tree.h"
 
+#include "dataset/OrderedInsert.h"
 #include "dataset/ParentItems.h"
 
 #include <memory>
@@ -147,7 +148,7 @@ void Tree::setTag(const TagId& id, std::shared_ptr<const Tag> tag) {
   // Copy first, so that a failing copy leaves the entry and its mark untouched.
   std::shared_ptr<Tag> copied = tag->copy();
   undelete(id);
-  _tags.insert_or_assign(id, std::move(copied));
+  insertOrAssignInOrder(_tags, id, std::move(copied));
 }
 
 void Tree::setTag(std::shared_ptr<const Tag> tag) {
@@ -157,7 +158,7 @@ void Tree::setTag(std::shared_ptr<const Tag> tag) {
 
 void Tree::addTag(const TagId& id, std::shared_ptr<Tag> tag) {
   undelete(id);
-  _tags.insert_or_assign(id, std::move(tag));
+  insertOrAssignInOrder(_tags, id, std::move(tag));
 }
 
 void Tree::addTag(std::shared_ptr<Tag> tag) {

@@ -1,5 +1,7 @@
 #include "quiltra/dataset/Tree.h"
 
+#include "dataset/OrderedInsert.h"
+
 #include <memory>
 #include <set>
 #include <vector>
@@ -162,7 +164,7 @@ void Tree::addTagsToMap(ConstTagMap& target, TagSelector selector, const TagId& 
   collect(
       target, selector, from, to,
       [](ConstTagMap& tags, const TagMap::value_type& entry) {
-        tags.insert_or_assign(entry.first, entry.second);
+        insertOrAssignInOrder(tags, entry.first, entry.second);
       },
       [](ConstTagMap& tags, const TagMap::value_type& entry) { tags.erase(entry.first); });
 }

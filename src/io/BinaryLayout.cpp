@@ -79,8 +79,10 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
   source.read(capacity);
   purge();
   if (size == 0) return;
-  if (size <= kReadChunk) {
-    allocate(size);
+  // A size read from the input is trusted with a buffer only when it is small, or when the
+  // channel already holds that many bytes; otherwise the bytes are gathered as they arrive.
+  if (size <= kReadChunk || source.bytesKnownAhead() >= size) {
+    allocateForOverwrite(size);
     try {
       source.readX(data(), size);
     } catch (...) {
@@ -90,7 +92,7 @@ void Value::deserializeX(Quiltra_Serialization::Source& source) {
     return;
   }
   const std::vector<unsigned char> bytes = readChunked(source, size);
-  allocate(size);
+  allocateForOverwrite(size);
   std::memcpy(data(), bytes.data(), size);
 }
 

@@ -41,7 +41,7 @@ namespace Quiltra {
 void Message::serializeX(Quiltra_Serialization::Sink& sink) const {
   const Tree empty;
   const Tree& tree = _constTree ? *_constTree : empty;
-  const NestingCheck::Scope scope(tree, NestingCheck::Form::Binary, "Tree::serializeX");
+  const NestingCheck::Scope scope(tree, "Tree::serializeX", sink);
   sink.write(_characterSet);
   sink.write(_syntax);
   tree.serializeX(sink);

@@ -2,8 +2,11 @@
 #define QUILTRA_IO_NESTINGGUARD_H_
 
 #include <cstddef>
+#include <exception>
+#include <vector>
 
 #include <quiltra/core/Exception.h>
+#include <quiltra/io/Sink.h>
 
 namespace Quiltra {
 
@@ -16,16 +19,17 @@ class Tree;
 /// writers refuse to write what the readers would refuse.
 inline constexpr std::size_t kMaxNestingDepth = 256;
 
-/// Counts, per thread, the item levels being read: a Tag holds one while it reads its items,
-/// so the Trees it reads lie one level below it.
-class ItemLevel {
+/// Counts, per thread, the item levels being read or written (one counter per Direction): a
+/// Tag holds one while it reads or writes its items, so their Trees lie one level below it.
+template <class Direction>
+class ItemLevelOf {
  public:
-  ItemLevel() noexcept { ++current(); }
-  ~ItemLevel() { --current(); }
-  ItemLevel(const ItemLevel&) = delete;
-  ItemLevel& operator=(const ItemLevel&) = delete;
+  ItemLevelOf() noexcept { ++current(); }
+  ~ItemLevelOf() { --current(); }
+  ItemLevelOf(const ItemLevelOf&) = delete;
+  ItemLevelOf& operator=(const ItemLevelOf&) = delete;
 
-  /// True for a Tree read now, lying more than kMaxNestingDepth item levels down.
+  /// True for a Tree read or written now, lying more than kMaxNestingDepth item levels down.
   static bool tooDeep() noexcept { return current() > kMaxNestingDepth; }
 
  private:
@@ -34,6 +38,9 @@ class ItemLevel {
     return level;
   }
 };
+
+using ItemLevel = ItemLevelOf<struct Reading>;
+using WrittenItemLevel = ItemLevelOf<struct Writing>;
 
 /// The check the writers run before they write anything.
 class NestingCheck {
@@ -45,6 +52,12 @@ class NestingCheck {
   /// whole object and throws Exception(writer, "nesting too deep") when its items nest
   /// deeper than the readers accept; the scopes of nested writers (item Trees, their Tags)
   /// do not measure again.
+  ///
+  /// In the binary form, a sink that collects its bytes in memory is not measured first: the
+  /// binary writers count item levels as they write (WrittenItemLevel) and refuse the first
+  /// Tree too deep, and the outermost scope takes back whatever the failed write appended,
+  /// so the sink ends as it began, as if nothing had been written. That spares a second
+  /// walk over every element.
   class Scope {
    public:
     template <class Object>
@@ -54,7 +67,22 @@ class NestingCheck {
         throw Exception(writer, "nesting too deep");
       }
     }
-    ~Scope() { --depth(); }
+    template <class Object>
+    Scope(const Object& object, const char* writer, Quiltra_Serialization::Sink& sink) {
+      if (++depth() != 1) return;
+      _memory = memoryOf(sink);
+      if (_memory != nullptr) {
+        _mark = _memory->size();
+        _uncaught = std::uncaught_exceptions();
+      } else if (tooDeep(object, Form::Binary)) {
+        --depth();
+        throw Exception(writer, "nesting too deep");
+      }
+    }
+    ~Scope() {
+      --depth();
+      if (_memory != nullptr && std::uncaught_exceptions() > _uncaught) _memory->resize(_mark);
+    }
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
@@ -63,6 +91,10 @@ class NestingCheck {
       thread_local std::size_t open = 0;
       return open;
     }
+
+    std::vector<unsigned char>* _memory = nullptr;  // set in the outermost scope only
+    std::size_t _mark = 0;
+    int _uncaught = 0;
   };
 
   /// Whether writing tag or tree in form would write items more than kMaxNestingDepth
@@ -72,6 +104,9 @@ class NestingCheck {
   static bool tooDeep(const Tree& tree, Form form);
 
  private:
+  static std::vector<unsigned char>* memoryOf(Quiltra_Serialization::Sink& sink) noexcept {
+    return sink._memory;
+  }
   static bool itemsTooDeep(const Tag& tag, Form form, std::size_t levelsLeft);
   static bool elementsTooDeep(const Tree& tree, Form form, std::size_t levelsLeft);
 };

@@ -61,14 +61,16 @@ void refuseNullItems(const Tag::Items& items, const std::string& method) {
 void Tag::serializeX(Quiltra_Serialization::Sink& sink) const {
   static const std::string kMethod("Tag::serializeX");
   // An item Tree too deep is refused in the name of its own writer, as the reader does.
-  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
+  const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
   refuseNullItems(itemList(), kMethod);
   _info.serializeX(sink);
   sink.writeType(Quiltra_Serialization::kCodeVector);
   sink.writeRaw(static_cast<std::uint32_t>(_values.size()));
   for (std::size_t index = 0; index < _values.size(); ++index) _values[index].serializeX(sink);
   sink.write(numberOfSequenceItems());
-  for (const std::shared_ptr<Tree>& item : itemList()) item->serializeX(sink);
+  if (numberOfSequenceItems() == 0) return;
+  const WrittenItemLevel level;  // the items lie one level below this Tag
+  for (const std::shared_ptr<Tree>& item : *_items) item->serializeX(sink);
 }
 
 void Tag::deserializeX(Quiltra_Serialization::Source& source) {

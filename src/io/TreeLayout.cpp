@@ -2,6 +2,7 @@
 
 #include "NestingGuard.h"
 #include "StreamBytes.h"
+#include "dataset/OrderedInsert.h"
 
 #include <istream>
 #include <memory>
@@ -59,7 +60,7 @@ void readEntries(std::istream& in, Tree::TagMap& tags) {
     Quiltra_Utils::fromStream(in, key);
     auto tag = std::make_shared<Tag>();
     tag->fromStream(in);
-    tags.insert_or_assign(TagId(key), std::move(tag));
+    insertOrAssignInOrder(tags, TagId(key), std::move(tag));
     if (ended) return;
   }
 }
@@ -77,24 +78,18 @@ void readMarks(std::istream& in, std::set<unsigned int>& marks) {
 }  // namespace
 
 void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
-  const NestingCheck::Scope scope(*this, NestingCheck::Form::Binary, "Tree::serializeX");
-  if (!_parent) {
-    // A root's view is its own map without the ids it marks deleted: written straight from
-    // the map, with no listing built.
-    unsigned int count = tagsSize();
-    if (!_deleted.empty()) {
-      for (const auto& entry : _tags) count -= isDeleted(entry.first) ? 1 : 0;
-    }
-    sink.write(count);
-    for (const auto& entry : _tags) {
-      if (_deleted.empty() || !isDeleted(entry.first)) entry.second->serializeX(sink);
-    }
-    return;
+  const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
+  if (WrittenItemLevel::tooDeep()) throw Exception("Tree::serializeX", "nesting too deep");
+  // The count goes first: a root without marks knows it, any other view is counted by a
+  // walk of its own (no listing built) before the walk that writes.
+  unsigned int count = 0;
+  if (!_parent && _deleted.empty()) {
+    count = tagsSize();
+  } else {
+    forEachTag(AllLayers, [&count](const TagId&, const Tag&) { ++count; });
   }
-  // One walk of the layers gives both the ids and their elements.
-  const auto view = getTags(AllLayers);
-  sink.write(static_cast<unsigned int>(view->size()));
-  for (const auto& entry : *view) entry.second->serializeX(sink);
+  sink.write(count);
+  forEachTag(AllLayers, [&sink](const TagId&, const Tag& tag) { tag.serializeX(sink); });
 }
 
 void Tree::deserializeX(Quiltra_Serialization::Source& source) {
@@ -109,7 +104,7 @@ void Tree::deserializeX(Quiltra_Serialization::Source& source) {
     auto tag = std::make_shared<Tag>();
     tag->deserializeX(source);
     const TagId id = tag->info().id();
-    _tags.insert_or_assign(id, std::move(tag));
+    insertOrAssignInOrder(_tags, id, std::move(tag));
   }
 }
 

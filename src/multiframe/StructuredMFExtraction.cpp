@@ -18,11 +18,11 @@ namespace {
 
 // Whether every tag the data set shows is empty; true for a data set without tags.
 bool holdsNoData(const Tree& item) {
-  const auto tags = item.getTags(AllLayers);
-  for (const auto& entry : *tags) {
-    if (!entry.second->isEmpty()) return false;
-  }
-  return true;
+  bool empty = true;
+  item.forEachTag(AllLayers, [&empty](const TagId&, const Tag& tag) {
+    if (!tag.isEmpty()) empty = false;
+  });
+  return empty;
 }
 
 // Advances position like an odometer, dimension 0 fastest; false after the last position.
@@ -80,10 +80,10 @@ std::shared_ptr<Tree> StructuredMF::extractSharedTagTree() const {
   auto shared = std::make_shared<Tree>();
   if (!_constTree) return shared;
   shared->setDict(_constTree->getDict());
-  const auto tags = _constTree->getTags(AllLayers);
-  for (const auto& entry : *tags) {
-    if (!isPrivateTagId(entry.first)) shared->setTag(entry.first, entry.second);
-  }
+  // addTag of a copy stores what setTag would, without a listing of shared pointers.
+  _constTree->forEachTag(AllLayers, [this, &shared](const TagId& id, const Tag& tag) {
+    if (!isPrivateTagId(id)) shared->addTag(id, tag.copy());
+  });
   return shared;
 }
 

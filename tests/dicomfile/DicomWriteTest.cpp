@@ -155,6 +155,30 @@ TEST(DicomWriteTest, WritesMappedRepresentationsUnderTheirOwnName) {
   expectSameDataSet(*content.tree, *readBytes(big).tree);
 }
 
+// A layer over a data set, with overrides, deletions, a new element and a layered
+// sequence item, is written exactly as its flattened view.
+TEST(DicomWriteTest, WritesALayeredTreeAsItsMergedView) {
+  auto root = readSample("explicit-le.dcm").tree;
+  auto child = std::make_shared<Quiltra::Tree>(root);
+  auto name = element(0x00100010, Quiltra::PN);
+  name->addValue(std::string("Layer^Name"));
+  child->addTag(name);
+  child->removeTag(TagId(0x00080060));
+  child->removeTag(TagId(0x00100020));
+  auto extra = element(0x00204000, Quiltra::LT);
+  extra->addValue(std::string("only in the layer"));
+  child->addTag(extra);
+  auto item = child->layerSequenceItem({{TagId(0x00081140), 0}});
+  item->removeTag(TagId(0x00081150));
+  ASSERT_NE(root->getTag(TagId(0x00080060)), nullptr);
+  for (auto syntax : {Quiltra::IMPLICIT_LITTLE_ENDIAN, Quiltra::EXPLICIT_BIG_ENDIAN}) {
+    SCOPED_TRACE(Quiltra::toString(syntax));
+    const auto bytes = write(*child, syntax);
+    EXPECT_EQ(bytes, write(*child->mergedCopy(Quiltra::AllLayers), syntax));
+    EXPECT_NE(bytes, write(*root, syntax));
+  }
+}
+
 TEST(DicomWriteTest, RefusesWhatAFileCannotHold) {
   Quiltra::Tree tree;
   QuiltraTest::expectQuiltraError([&] { write(tree, Quiltra::IMPLICIT_BIG_ENDIAN); },

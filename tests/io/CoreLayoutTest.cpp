@@ -1,5 +1,6 @@
 #include "support/QuiltraTestSupport.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
@@ -97,6 +98,31 @@ TEST(CoreLayoutTest, RoundTripsLargeValuesAndReadsTextOnlyAsFarAsItGoes) {
   for (unsigned int i = 0; i < 70000; ++i) large.data()[i] = static_cast<unsigned char>(i / 7);
   const auto [bytes, text] = written(large);  // read in chunks; capacity, size, flag: 18 characters
   EXPECT_TRUE(read<Value>(bytes) == large && read<Value>(text) == large);
+  // A channel that does not read from memory gathers a long value chunk by chunk; one that
+  // does fills a buffer of the announced size at once, which a short input must not mislead.
+  struct StreamedSource : Quiltra_Serialization::Source {
+    explicit StreamedSource(Bytes input) : bytes(std::move(input)) {}
+    void readX(void* data, unsigned int size) override {
+      if (size > bytes.size() - at) throw Quiltra::Exception("StreamedSource", "end");
+      std::memcpy(data, bytes.data() + at, size);
+      at += size;
+    }
+    void rewind() override { at = 0; }
+    Bytes bytes;
+    std::size_t at = 0;
+  };
+  StreamedSource streamed(bytes);
+  Value fromStream;
+  fromStream.deserializeX(streamed);
+  EXPECT_TRUE(fromStream == large && fromStream.capacity() == 70000u);
+  for (Bytes cut :
+       {Bytes(bytes.begin(), bytes.end() - 1), Bytes(bytes.begin(), bytes.begin() + 20)}) {
+    StreamedSource shortStream(cut);
+    EXPECT_THROW(Value().deserializeX(shortStream), Quiltra::Exception);
+    Value target(3u);
+    QuiltraTest::expectQuiltraError([&] { target = read<Value>(cut); }, "MemorySource::readX",
+                                    "cannot read past end of data");
+  }
   for (const std::size_t size : {0, 17, 18, 19, 20, 30, 18 + 2 * 65536, 18 + 2 * 65537 + 1}) {
     const auto whole = static_cast<unsigned int>(size < 18 ? 0 : (size - 18) / 2);
     const Value value = read<Value>(text.substr(0, size));

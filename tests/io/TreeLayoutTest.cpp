@@ -235,6 +235,39 @@ TEST(TreeLayoutTest, WritersRefuseNestingTheReadersRefuseBeforeWritingAnything) 
   EXPECT_EQ(textOf(*readText(textOf(*nested(256)))), textOf(*nested(256)));
 }
 
+// A sink collecting bytes in memory is not measured before writing: a write that fails deep
+// down takes back what it appended. A sink of any other kind is measured first and gets
+// nothing.
+TEST(TreeLayoutTest, FailedBinaryWritesLeaveTheSinkAsItWas) {
+  Quiltra_Serialization::MemorySink sink;
+  nested(2)->serializeX(sink);
+  const Bytes before = sink.bytes();
+  QuiltraTest::expectQuiltraError([&] { nested(300)->serializeX(sink); }, "Tree::serializeX",
+                                  "nesting too deep");
+  EXPECT_EQ(sink.bytes(), before);
+
+  auto withNullItem = nested(3);
+  withNullItem->getTag_rw(kSequence)->sequenceItems()[0]->getTag_rw(kSequence)->addSequenceItem(
+      nullptr);
+  QuiltraTest::expectQuiltraError([&] { withNullItem->serializeX(sink); }, "Tag::serializeX",
+                                  "null sequence item");
+  EXPECT_EQ(sink.bytes(), before);
+  Message message;
+  message.setTags(std::shared_ptr<const Tree>(nested(257)));
+  EXPECT_THROW(message.serializeX(sink), Exception);
+  EXPECT_EQ(sink.bytes(), before);
+
+  struct CountingSink : Quiltra_Serialization::Sink {
+    std::size_t written = 0;
+    void writeX(const void*, unsigned int size) override { written += size; }
+  } counting;
+  QuiltraTest::expectQuiltraError([&] { nested(257)->serializeX(counting); }, "Tree::serializeX",
+                                  "nesting too deep");
+  EXPECT_EQ(counting.written, 0u);
+  nested(256)->serializeX(counting);
+  EXPECT_EQ(counting.written, bytesOf(*nested(256)).size());
+}
+
 // Counts never reach past the input. The text reader goes on as if zeros followed: the entry or
 // mark cut short is kept, one empty one under (0000,0000) stands for the rest.
 TEST(TreeLayoutTest, WritesEmptyTreeAndReadsCountsOnlyAsFarAsTheInputGoes) {

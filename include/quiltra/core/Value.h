@@ -70,6 +70,8 @@ class QUILTRA_EXPORT Value : public Quiltra_Serialization::Serializable,
 
  private:
   void allocate(const unsigned int& n);
+  /// As allocate, but leaves the bytes unset, for a caller that writes every one of them.
+  void allocateForOverwrite(unsigned int n);
   /// A capacity of 1 to kInlineCapacity; one comparison, as 0 wraps to the largest number.
   /// Otherwise the buffer is _heap, which is null while nothing is allocated.
   bool isInline() const noexcept { return _capacity - 1u < kInlineCapacity; }

@@ -1,6 +1,7 @@
 #ifndef QUILTRA_DATASET_TREE_H_
 #define QUILTRA_DATASET_TREE_H_
 
+#include <functional>
 #include <istream>
 #include <map>
 #include <memory>
@@ -36,6 +37,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   using TagMap = std::map<TagId, std::shared_ptr<Tag>>;
   using ConstTagMap = std::map<TagId, std::shared_ptr<const Tag>>;
   using TagIdList = std::vector<TagId>;
+  /// Called by forEachTag with each element of a view and its id.
+  using TagVisitor = std::function<void(const TagId&, const Tag&)>;
   /// One step down into a sequence: item index of the sequence element sequence.
   struct ItemStep {
     TagId sequence;
@@ -123,6 +126,13 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   std::shared_ptr<ConstTagMap> getTags(TagSelector selector) const;
   std::shared_ptr<ConstTagMap> getTags(const TagId& from, const TagId& to,
                                        TagSelector selector) const;
+  /// Calls visit for each element of the view, ascending by id: the elements getTags(selector)
+  /// lists (entries stored as null pointers left out), with no map built and no reference
+  /// count touched. Allocates nothing for a Tree without parent or under OwnLayer (one pass
+  /// over the own map); a layered view walks the layers' maps side by side, one iterator per
+  /// layer in a small vector (k layers: O(n k) id comparisons). Requires: neither this Tree
+  /// nor its parents change until the walk returns. An exception of visit ends the walk.
+  void forEachTag(TagSelector selector, const TagVisitor& visit) const;
   /// A deep, flat copy of the view: no parent, dictionary, marks or placeholders.
   std::shared_ptr<Tree> mergedCopy(TagSelector selector) const;
   std::shared_ptr<Tree> copy(const TagId& from, const TagId& to) const;
@@ -178,7 +188,9 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
   std::shared_ptr<Tag> tag4tagid(const TagId& id);
   bool isDeleted(const TagId& id) const { return _deleted.count(id.rawId()) != 0; }
   void markAsDeleted(const TagId& id) { _deleted.insert(id.rawId()); }
-  void undelete(const TagId& id) { _deleted.erase(id.rawId()); }
+  void undelete(const TagId& id) {
+    if (!_deleted.empty()) _deleted.erase(id.rawId());
+  }
   /// Throws Exception("Tree::checkForTag", "tag does not exist").
   void checkForTag(const TagId& id, TagSelector selector) const;
   void addTagsToSet(std::set<unsigned int>& target, TagSelector selector, const TagId& from,

@@ -11,6 +11,10 @@
 #include <quiltra/core/Vr.h>
 #include <quiltra/io/TypeCode.h>
 
+namespace Quiltra {
+class NestingCheck;
+}
+
 namespace Quiltra_Serialization {
 
 /// A byte channel that typed fields are written to: a 4-byte little-endian type code,
@@ -68,6 +72,9 @@ class QUILTRA_EXPORT Sink {
   explicit Sink(std::vector<unsigned char>& memory) noexcept : _memory(&memory) {}
 
  private:
+  // Takes back what a failed write appended to memory.
+  friend class Quiltra::NestingCheck;
+
   /// The code, then the low Width bytes of value.
   template <unsigned int Width>
   void writeField(unsigned int code, std::uint64_t value);

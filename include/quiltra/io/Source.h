@@ -70,6 +70,12 @@ class QUILTRA_EXPORT Source {
 
   /// A 32-bit count or length without a type code.
   std::uint32_t readRaw();
+  /// How many bytes the channel is known to hold from the read position on, without reading
+  /// them: what is left of the memory of a channel that reads from memory, 0 for any other.
+  /// Lets a reader give a long field its buffer at once instead of growing it with the input.
+  std::size_t bytesKnownAhead() const noexcept {
+    return _memory != nullptr ? _memory->size() - _position : 0;
+  }
 
  protected:
   /// For a channel whose readX reads from memory at memoryPosition() and advances it, and

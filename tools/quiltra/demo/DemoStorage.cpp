@@ -19,16 +19,18 @@ constexpr unsigned short kMetaGroup = 0x0002;
 // Whether both hold the same elements (values and items), leaving out the meta group that
 // a DICOM file adds.
 bool sameElements(const Tree& expected, const Tree& actual) {
+  bool same = true;
   std::size_t compared = 0;
-  for (const auto& [id, tag] : expected.constTags()) {
+  expected.forEachTag(AllLayers, [&](const TagId& id, const Tag& tag) {
+    if (!same) return;
     const auto other = actual.getTag(id);
-    if (!other || *other != *tag) return false;
+    same = other && *other == tag;
     ++compared;
-  }
-  for (const auto& entry : actual.constTags()) {
-    if (entry.first.groupId() != kMetaGroup) --compared;
-  }
-  return compared == 0;
+  });
+  actual.forEachTag(AllLayers, [&compared](const TagId& id, const Tag&) {
+    if (id.groupId() != kMetaGroup) --compared;
+  });
+  return same && compared == 0;
 }
 
 std::string fileSize(const std::string& path) {
@@ -63,11 +65,11 @@ void storeDicomFile(const std::shared_ptr<Message>& message, const std::string& 
   const Tree& tree = *std::as_const(*read).tags();
   out << path << " (" << fileSize(path) << ", " << toString(read->syntax()) << ", "
       << read->specificCharacterSet() << "); its meta information:\n";
-  for (const auto& [id, tag] : tree.constTags()) {
-    if (id.groupId() != kMetaGroup) break;
-    out << "  " << id.toString() << " " << tag->info().name() << " "
-        << (isType(tag->info().vr(), VRC_STRING) ? tag->toString() : "...") << "\n";
-  }
+  tree.forEachTag(AllLayers, [&out](const TagId& id, const Tag& tag) {
+    if (id.groupId() != kMetaGroup) return;
+    out << "  " << id.toString() << " " << tag.info().name() << " "
+        << (isType(tag.info().vr(), VRC_STRING) ? tag.toString() : "...") << "\n";
+  });
   out << "data set read back: "
       << (sameElements(*std::as_const(*message).tags(), tree) ? "identical" : "DIFFERENT") << "\n";
 }
