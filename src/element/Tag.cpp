@@ -1,6 +1,7 @@
 #include "quiltra/element/Tag.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -21,12 +22,15 @@ const std::string& indexOutOfRange() {
 
 Tag::Tag(const TagInfo& info) : _info(info) {}
 
-// Items are copied through Tree::copy; a null item stays null.
+// Items are copied through Tree::copy; a null item stays null. A copy of an element without
+// items gets no list of items.
 Tag::Tag(const Tag& other)
     : Serializable(other), Deserializable(other), _info(other._info), _values(other._values) {
-  _items.resize(other._items.size());
-  for (std::size_t index = 0; index < other._items.size(); ++index) {
-    if (other._items[index]) _items[index] = other._items[index]->copy();
+  const Items& items = other.itemList();
+  if (items.empty()) return;
+  _items = std::make_unique<Items>(items.size());
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    if (items[index]) (*_items)[index] = items[index]->copy();
   }
 }
 
@@ -84,41 +88,51 @@ bool Tag::isNull(unsigned int index) const {
   return _values[index].isNull();
 }
 
+const Tag::Items& Tag::itemList() const noexcept {
+  static const Items kNoItems;
+  return _items ? *_items : kNoItems;
+}
+
+Tag::Items& Tag::writableItems() {
+  if (!_items) _items = std::make_unique<Items>();
+  return *_items;
+}
+
 const Tag::Items& Tag::sequenceItems() const {
   typeChecking(VRC_SEQUENCE);
-  return _items;
+  return itemList();
 }
 
 Tag::Items& Tag::sequenceItems() {
   typeChecking(VRC_SEQUENCE);
-  return _items;
+  return writableItems();
 }
 
+// The range checks below pass only when the list exists.
 void Tag::setSequenceItem(const std::shared_ptr<Tree>& item, unsigned int index) {
   typeChecking(VRC_SEQUENCE);
   sequenceRangeChecking(index);
-  _items[index] = item;
+  (*_items)[index] = item;
 }
 
 std::shared_ptr<Tree>& Tag::addSequenceItem() {
-  _items.emplace_back();
-  return _items.back();
+  return writableItems().emplace_back();
 }
 
 void Tag::addSequenceItem(const std::shared_ptr<Tree>& item) {
   typeChecking(VRC_SEQUENCE);
-  _items.push_back(item);
+  writableItems().push_back(item);
 }
 
 bool Tag::isSequenceItemNull(unsigned int index) const {
   sequenceRangeChecking(index);
-  return !_items[index];
+  return !(*_items)[index];
 }
 
 void Tag::dropSequenceItem(unsigned int index) {
   typeChecking(VRC_SEQUENCE);
   sequenceRangeChecking(index);
-  _items[index].reset();
+  (*_items)[index].reset();
 }
 
 void Tag::typeChecking(const VRCType& type) const {

@@ -22,7 +22,7 @@ bool NestingCheck::tooDeep(const Tree& tree, Form form) {
 
 // levelsLeft: how many more item levels may follow below tag.
 bool NestingCheck::itemsTooDeep(const Tag& tag, Form form, std::size_t levelsLeft) {
-  for (const std::shared_ptr<Tree>& item : tag._items) {
+  for (const std::shared_ptr<Tree>& item : tag.itemList()) {
     if (!item) continue;
     if (levelsLeft == 0) return true;
     if (elementsTooDeep(*item, form, levelsLeft - 1)) return true;
@@ -35,7 +35,7 @@ bool NestingCheck::itemsTooDeep(const Tag& tag, Form form, std::size_t levelsLef
 bool NestingCheck::elementsTooDeep(const Tree& tree, Form form, std::size_t levelsLeft) {
   for (const Tree* layer = &tree; layer != nullptr; layer = layer->_parent.get()) {
     for (const auto& [id, tag] : layer->_tags) {
-      if (tag->_items.empty()) continue;
+      if (tag->numberOfSequenceItems() == 0) continue;
       if (form == Form::Binary && tree.const_tag4tagid(id, AllLayers) != tag) continue;
       if (itemsTooDeep(*tag, form, levelsLeft)) return true;
     }

@@ -62,20 +62,20 @@ void Tag::serializeX(Quiltra_Serialization::Sink& sink) const {
   static const std::string kMethod("Tag::serializeX");
   // An item Tree too deep is refused in the name of its own writer, as the reader does.
   const NestingCheck::Scope scope(*this, "Tree::serializeX", sink);
-  refuseNullItems(_items, kMethod);
+  refuseNullItems(itemList(), kMethod);
   _info.serializeX(sink);
   sink.writeType(Quiltra_Serialization::kCodeVector);
   sink.writeRaw(static_cast<std::uint32_t>(_values.size()));
   for (std::size_t index = 0; index < _values.size(); ++index) _values[index].serializeX(sink);
   sink.write(numberOfSequenceItems());
-  if (_items.empty()) return;
+  if (numberOfSequenceItems() == 0) return;
   const WrittenItemLevel level;  // the items lie one level below this Tag
-  for (const std::shared_ptr<Tree>& item : _items) item->serializeX(sink);
+  for (const std::shared_ptr<Tree>& item : *_items) item->serializeX(sink);
 }
 
 void Tag::deserializeX(Quiltra_Serialization::Source& source) {
   _values.clear();
-  _items.clear();
+  dropSequenceItems();
   _info.deserializeX(source);
   source.readTypeX(Quiltra_Serialization::kCodeVector);
   for (std::uint32_t count = source.readRaw(); count > 0; --count) {
@@ -87,26 +87,26 @@ void Tag::deserializeX(Quiltra_Serialization::Source& source) {
   for (; items > 0; --items) {
     auto item = std::make_shared<Tree>();
     item->deserializeX(source);
-    _items.push_back(std::move(item));
+    writableItems().push_back(std::move(item));
   }
 }
 
 void Tag::toStream(std::ostream& out) const {
   static const std::string kMethod("Tag::toStream");
   const NestingCheck::Scope scope(*this, NestingCheck::Form::Text, "Tree::toStream");
-  refuseNullItems(_items, kMethod);
+  refuseNullItems(itemList(), kMethod);
   _info.toStream(out);
   Quiltra_Utils::toStream(out, numberOfValues());
   for (std::size_t index = 0; index < _values.size(); ++index) _values[index].toStream(out);
   Quiltra_Utils::toStream(out, numberOfSequenceItems());
-  for (const std::shared_ptr<Tree>& item : _items) item->toStream(out);
+  for (const std::shared_ptr<Tree>& item : itemList()) item->toStream(out);
 }
 
 // Once the stream has failed nothing more can be read: the entry that was being read is
 // kept and no further empty entries are appended.
 void Tag::fromStream(std::istream& in) {
   _values.clear();
-  _items.clear();
+  dropSequenceItems();
   _info.fromStream(in);
   unsigned int count = 0;
   Quiltra_Utils::fromStream(in, count);
@@ -119,7 +119,7 @@ void Tag::fromStream(std::istream& in) {
   for (; count > 0 && in; --count) {
     auto item = std::make_shared<Tree>();
     item->fromStream(in);
-    _items.push_back(std::move(item));
+    writableItems().push_back(std::move(item));
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <utility>
+#include <vector>
 
 #include <quiltra/dataset/Tree.h>
 #include <quiltra/element/Tag.h>
@@ -103,6 +104,77 @@ TEST(TagTest, CopiesDeeplyKeepingNullItemsNullAndSurvivesAliasing) {
   const Tag* inner = tag.sequenceItems()[0]->getTag(kTextId).get();
   tag = *inner;  // releases the item that holds the source only after copying it
   EXPECT_TRUE(tag.isEqual(sequenceOf(2, kTextId), 0.0));
+}
+
+// Values past the first and the item list are kept out of line and made only when needed:
+// every combination of none, one and several values, with and without items, must copy,
+// assign and move the same way, and the source of a move ends empty.
+TEST(TagTest, CopiesAssignsAndMovesWithAnyNumberOfValuesAndItems) {
+  std::vector<Tag> shapes;
+  for (const char* text : {"", "A", "A\\BB\\CCC"}) {
+    for (int items : {0, 2}) {
+      Tag tag = sequenceOf(items);
+      tag.setInfo(TagInfo(kTextId, "Text", CS, {1, 3}));
+      if (*text != '\0') tag.addValue(std::string(text));
+      shapes.push_back(tag);
+    }
+  }
+  for (const Tag& shape : shapes) {
+    for (const Tag& previous : shapes) {
+      Tag assigned = previous;
+      assigned = shape;
+      Tag moveAssigned = previous;
+      Tag source = shape;
+      moveAssigned = std::move(source);
+      EXPECT_TRUE(source.isEmpty());  // NOLINT(bugprone-use-after-move)
+      const Tag moved(std::move(assigned));
+      EXPECT_TRUE(assigned.isEmpty());  // NOLINT(bugprone-use-after-move)
+      for (const Tag* result : {&moved, &std::as_const(moveAssigned)}) {
+        EXPECT_TRUE(result->isEqual(shape, 0.0) && result->toString() == shape.toString());
+        EXPECT_EQ(result->numberOfSequenceItems(), shape.numberOfSequenceItems());
+      }
+    }
+  }
+  Tag copy = shapes.back();  // values are deep copies, items are copied trees
+  copy.setValue(std::string("D"), 2);
+  EXPECT_EQ(shapes.back().toString(), "A\\BB\\CCC");
+  copy.setInfo(TagInfo(kTextId, "Text", SQ, {1, 3}));
+  copy.sequenceItems()[1]->getTag_rw(kTextId)->setValue(std::string("B"), 0);
+  shapes.back().setInfo(TagInfo(kTextId, "Text", SQ, {1, 3}));
+  EXPECT_EQ(shapes.back().sequenceItems()[1]->getTag(kTextId)->toString(0), "A");
+}
+
+// A sequence without items answers an empty list; the first addition through any of the
+// writable accessors makes the list, and clearing leaves an element that fills again.
+TEST(TagTest, StartsItemsOnFirstAdditionAndRefillsAfterClearing) {
+  const Tag none(TagInfo(kTextId, "Items", SQ, {1, 1}));
+  EXPECT_TRUE(none.sequenceItems().empty() && none.isEmpty() && Tag(none).isEmpty());
+  expectQuiltraError([&] { none.isSequenceItemNull(0); }, "Tag::sequenceRangeChecking",
+                     "index out of range");
+  Tag tag = none;
+  for (auto call :
+       {+[](Tag& t) { t.setSequenceItem(nullptr, 0); }, +[](Tag& t) { t.dropSequenceItem(0); }}) {
+    expectQuiltraError([&] { call(tag); }, "Tag::sequenceRangeChecking", "index out of range");
+  }
+  const auto item = std::make_shared<Tree>();
+  for (auto add : {+[](Tag&t, const std::shared_ptr<Tree>&i) { t.addSequenceItem(i); },
+                   +[](Tag&t, const std::shared_ptr<Tree>&i) { t.addSequenceItem() = i; },
+                   +[](Tag&t, const std::shared_ptr<Tree>&i) { t.sequenceItems().push_back(i); }}) {
+    tag = none;
+    add(tag, item);
+    EXPECT_TRUE(tag.numberOfSequenceItems() == 1u && std::as_const(tag).sequenceItems()[0] == item);
+    EXPECT_TRUE(none.sequenceItems().empty());
+  }
+  tag.addValue().setData("A");
+  tag.addValue().setData("B");
+  tag.dropSequenceItems();
+  tag.dropValues();
+  EXPECT_TRUE(tag.isEmpty() && tag.sequenceItems().empty() && tag.isEqual(none, 0.0));
+  tag.addSequenceItem(item);
+  tag.addValue();
+  tag.addValue().setData("DD");
+  EXPECT_TRUE(tag.numberOfSequenceItems() == 1u && tag.numberOfValues() == 2u);
+  EXPECT_TRUE(tag.isNull(0) && tag.getValueSize() == 3u);
 }
 
 // Assignment once changed the description and the values before it copied the items, so a

@@ -23,7 +23,9 @@ class NestingCheck;
 
 /// One data element: its description, its raw values and, for a sequence, its items.
 /// Owns its values; shares its sequence-item Trees with whoever else holds them (an
-/// item slot may be null). Copies are deep: items are copied through Tree::copy.
+/// item slot may be null). The list of items is allocated only when items are first
+/// added, so the many elements that are no sequences carry one null pointer for it.
+/// Copies are deep: items are copied through Tree::copy.
 /// Typed accessors check the representation and the index first and throw Exception
 /// with the operation names and texts of the checks ("Tag::typeChecking" "illegal
 /// type", "Tag::rangeChecking" "index out of range", "nullChecking").
@@ -65,16 +67,19 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   Value& addValue();
   bool isNull(unsigned int index) const;
   /// No values and no items.
-  bool isEmpty() const noexcept { return _values.empty() && _items.empty(); }
+  bool isEmpty() const noexcept { return _values.empty() && (!_items || _items->empty()); }
   void dropValues() noexcept { _values.clear(); }
 
   // Sequence items.
   unsigned int numberOfSequenceItems() const noexcept {
-    return static_cast<unsigned int>(_items.size());
+    return _items ? static_cast<unsigned int>(_items->size()) : 0u;
   }
   /// Both throw "illegal type" unless the representation is SQ. The constant list holds
   /// the items as they are: they are shared with this Tag, not protected, so a holder of
-  /// a constant Tag can still change an item's elements through it.
+  /// a constant Tag can still change an item's elements through it. An element without
+  /// items answers one shared empty list, which later additions do not change. The
+  /// writable list is made on first use and stays valid until the Tag is assigned, moved
+  /// from or destroyed.
   const Items& sequenceItems() const;
   Items& sequenceItems();
   void setSequenceItem(const std::shared_ptr<Tree>& item, unsigned int index);
@@ -84,7 +89,10 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   bool isSequenceItemNull(unsigned int index) const;
   /// Releases item index and leaves its slot null.
   void dropSequenceItem(unsigned int index);
-  void dropSequenceItems() noexcept { _items.clear(); }
+  /// Removes every item slot; a list already made is kept for the items to come.
+  void dropSequenceItems() noexcept {
+    if (_items) _items->clear();
+  }
 
   // Typed readers.
   int toInt(unsigned int index) const;
@@ -155,6 +163,10 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   // Measures the nesting of what the writers would write, before they write.
   friend class NestingCheck;
 
+  /// The items without a representation check; the shared empty list when there are none.
+  const Items& itemList() const noexcept;
+  /// The items, making the list when there is none yet.
+  Items& writableItems();
   bool isOfType(const VRCType& type) const { return isType(_info.vr(), type); }
   void typeChecking(const VRCType& type) const;
   void rangeChecking(const unsigned int& index) const;
@@ -171,7 +183,7 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
 
   TagInfo _info;
   ValueList _values;
-  Items _items;
+  std::unique_ptr<Items> _items;  // null until the first item is added
 };
 
 /// Throws Exception("nullChecking") with an empty description when value is null.
