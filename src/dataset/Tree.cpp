@@ -35,7 +35,8 @@ Tree& Tree::operator=(const Tree& other) {
   for (const auto& entry : other._tags) {
     copied.emplace_hint(copied.end(), entry.first, entry.second->copy());
   }
-  std::set<unsigned int> deleted = other._deleted;
+  auto deleted =
+      other._deleted ? std::make_unique<std::set<unsigned int>>(*other._deleted) : nullptr;
   std::shared_ptr<const Tree> parent = other._parent;
   std::shared_ptr<const Dict> dict = other._dict;
   _tags = std::move(copied);
@@ -55,7 +56,6 @@ Tree::Tree(Tree&& other) noexcept
       _parent(std::move(other._parent)),
       _dict(std::move(other._dict)) {
   other._tags.clear();
-  other._deleted.clear();
 }
 
 // Everything is taken from other before this Tree's old content goes: other may live inside
@@ -164,6 +164,11 @@ void Tree::addTag(const TagId& id, std::shared_ptr<Tag> tag) {
 void Tree::addTag(std::shared_ptr<Tag> tag) {
   const TagId id = tag->info().id();
   addTag(id, std::move(tag));
+}
+
+void Tree::markAsDeleted(const TagId& id) {
+  if (!_deleted) _deleted = std::make_unique<std::set<unsigned int>>();
+  _deleted->insert(id.rawId());
 }
 
 void Tree::removeTag(const TagId& id) {

@@ -25,7 +25,7 @@ struct LayerCursor {
 void Tree::forEachTag(TagSelector selector, const TagVisitor& visit) const {
   if (selector == OwnLayer || (!_parent && selector == AllLayers)) {
     for (const auto& entry : _tags) {
-      if (entry.second && (_deleted.empty() || !isDeleted(entry.first))) {
+      if (entry.second && !isDeleted(entry.first)) {
         visit(entry.first, *entry.second);
       }
     }

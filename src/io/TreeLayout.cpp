@@ -83,7 +83,7 @@ void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
   // The count goes first: a root without marks knows it, any other view is counted by a
   // walk of its own (no listing built) before the walk that writes.
   unsigned int count = 0;
-  if (!_parent && _deleted.empty()) {
+  if (!_parent && !hasDeletionMarks()) {
     count = tagsSize();
   } else {
     forEachTag(AllLayers, [&count](const TagId&, const Tag&) { ++count; });
@@ -95,7 +95,7 @@ void Tree::serializeX(Quiltra_Serialization::Sink& sink) const {
 void Tree::deserializeX(Quiltra_Serialization::Source& source) {
   if (ItemLevel::tooDeep()) throw Exception("Tree::deserializeX", "nesting too deep");
   _tags.clear();
-  _deleted.clear();
+  _deleted.reset();
   _parent.reset();
   unsigned int count = 0;
   source.read(count);
@@ -117,8 +117,10 @@ void Tree::toStream(std::ostream& out) const {
     Quiltra_Utils::toStream(out, entry.first.rawId());
     entry.second->toStream(out);
   }
-  Quiltra_Utils::toStream(out, static_cast<int>(_deleted.size()));
-  for (unsigned int raw : _deleted) TagId(raw).toStream(out);
+  Quiltra_Utils::toStream(out, static_cast<int>(_deleted ? _deleted->size() : 0));
+  if (_deleted) {
+    for (unsigned int raw : *_deleted) TagId(raw).toStream(out);
+  }
 }
 
 void Tree::fromStream(std::istream& in) {
@@ -129,9 +131,10 @@ void Tree::fromStream(std::istream& in) {
   }
   _parent.reset();
   _tags.clear();
-  _deleted.clear();
+  _deleted = std::make_unique<std::set<unsigned int>>();
   readEntries(in, _tags);
-  readMarks(in, _deleted);
+  readMarks(in, *_deleted);
+  if (_deleted->empty()) _deleted.reset();
 }
 
 }  // namespace Quiltra

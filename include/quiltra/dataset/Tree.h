@@ -186,10 +186,11 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
 
   std::shared_ptr<const Tag> const_tag4tagid(const TagId& id, TagSelector selector) const;
   std::shared_ptr<Tag> tag4tagid(const TagId& id);
-  bool isDeleted(const TagId& id) const { return _deleted.count(id.rawId()) != 0; }
-  void markAsDeleted(const TagId& id) { _deleted.insert(id.rawId()); }
+  bool isDeleted(const TagId& id) const { return _deleted && _deleted->count(id.rawId()) != 0; }
+  bool hasDeletionMarks() const noexcept { return _deleted && !_deleted->empty(); }
+  void markAsDeleted(const TagId& id);
   void undelete(const TagId& id) {
-    if (!_deleted.empty()) _deleted.erase(id.rawId());
+    if (_deleted) _deleted->erase(id.rawId());
   }
   /// Throws Exception("Tree::checkForTag", "tag does not exist").
   void checkForTag(const TagId& id, TagSelector selector) const;
@@ -206,7 +207,8 @@ class QUILTRA_EXPORT Tree : public Quiltra_Serialization::Serializable,
                Keep&& keep, Drop&& drop) const;
 
   TagMap _tags;
-  std::set<unsigned int> _deleted;
+  // The raw ids marked deleted; null until the first mark, as most Trees never get one.
+  std::unique_ptr<std::set<unsigned int>> _deleted;
   // Mutable only for the destructor, which unlinks a parent chain that this Tree alone
   // keeps alive; no other member changes the parent of a Tree.
   mutable std::shared_ptr<const Tree> _parent;
