@@ -6,7 +6,8 @@ then the ratio Quiltra/peer for each other implementation (below 1: Quiltra is f
 smaller) and, for the storage workloads, Quiltra's rate in megabytes of the stored form per
 second. Times are the measured operation only; heap rows are bytes from the allocator's
 statistics. A workload that counts what it made per millisecond (counter per_ms_of) gets a
-second row with that rate (higher is better; no ratios). A workload only Quiltra has shows, in parentheses, the peers'
+second row with that rate (higher is better; no ratios). The store and write workloads of
+the frame tree get a row with the megabytes each format wrote. A workload only Quiltra has shows, in parentheses, the peers'
 figures of the workload it is held against (context "compared:<workload>").
 
 Usage: table.py RESULTS.json [--markdown]
@@ -42,6 +43,16 @@ def measurement(run):
     return run["real_time"] * scale, "ms"
 
 
+def stored_size(workload, run):
+    """Megabytes written by a frame tree's store or write workload, which differ by format."""
+    if not workload.startswith("frames: ") or "bytes_per_second" not in run:
+        return None
+    if "store" not in workload and "write" not in workload:
+        return None
+    seconds = measurement(run)[0] / 1e3
+    return run["bytes_per_second"] * seconds / 1e6
+
+
 def per_ms_row(workload, run):
     """The name of the rate row of a workload that counts what it made, or None."""
     if "per_ms_of" not in run:
@@ -68,6 +79,9 @@ def collect(results):
         row = add(workload, rank, unit, implementation, value)
         if implementation == "Quiltra" and rate(run) is not None:
             row["rates"].append(rate(run))
+        size = stored_size(workload, run)
+        if size is not None:
+            add(f"{workload}: size", rank + 0.25, "MB", implementation, size)
         rate_row = per_ms_row(workload, run)
         if rate_row and value > 0:
             add(rate_row, rank + 0.5, "/ms", implementation, run["per_ms_of"] / value)
@@ -90,6 +104,8 @@ def shown(value, unit):
         return f"{value:.0f} B"
     if unit == "/ms":
         return f"{value:.1f}"
+    if unit == "MB":
+        return f"{value:.1f} MB"
     if value >= 100:
         return f"{value:.0f} ms"
     if value >= 1:
