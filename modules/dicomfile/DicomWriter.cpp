@@ -20,7 +20,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #include <quiltra/core/Exception.h>
 #include <quiltra/dataset/Tree.h>
@@ -63,8 +63,12 @@ class Encoder {
   };
 
   bool selected(const Quiltra::Tag& tag, bool topLevel) const;
-  Plan plan(const Quiltra::Tag& tag, bool topLevel);
-  std::uint64_t itemSize(const Quiltra::Tree& item);
+  /// sequenceLength: the value length of an SQ element, ignored for any other.
+  Plan plan(const Quiltra::Tag& tag, bool topLevel, std::uint64_t sequenceLength) const;
+  /// Measures the items of sequence tag and of the sequences below them, recording each
+  /// item's size in _itemSizes in the order the writer meets the items; answers tag's
+  /// value length.
+  std::uint64_t measureSequence(const Quiltra::Tag& tag);
   std::uint64_t valueLength(const Quiltra::Tag& tag, const FileVrInfo& vr) const;
   std::uint64_t elementSize(const Quiltra::Tag& tag, bool topLevel);
   void writeHeader(ByteOutput& out, std::uint32_t tag, FileVr vr, std::uint32_t length) const;
@@ -76,7 +80,11 @@ class Encoder {
 
   SyntaxLayout _layout;
   const WriteOptions& _options;
-  std::unordered_map<const Quiltra::Tree*, std::uint64_t> _itemSizes;
+  // Item sizes, measured before a data set is written: the items of each sequence in a
+  // row, before those of the sequences inside them, which is the order the writer takes
+  // them in; _nextItem is where the writer stands.
+  std::vector<std::uint64_t> _itemSizes;
+  std::size_t _nextItem = 0;
 };
 
 void Encoder::put16(ByteOutput& out, std::uint16_t value) const {
@@ -120,15 +128,13 @@ std::uint64_t Encoder::valueLength(const Quiltra::Tag& tag, const FileVrInfo& vr
   return length + (length & 1);
 }
 
-Encoder::Plan Encoder::plan(const Quiltra::Tag& tag, bool topLevel) {
+Encoder::Plan Encoder::plan(const Quiltra::Tag& tag, bool topLevel,
+                            std::uint64_t sequenceLength) const {
   const Quiltra::Vr vr = tag.info().vr();
   const FileVr fileVr = writtenFileVr(tag.info().id(), vr);
   Plan result{fileVr, fileVr, false, 0};
   if (vr == Quiltra::SQ) {
-    result.length = 0;
-    for (const auto& item : tag.sequenceItems()) {
-      result.length += 8 + (item ? itemSize(*item) : 0);
-    }
+    result.length = sequenceLength;
   } else if (tag.info().id().rawId() == kPixelData &&
              (tag.numberOfValues() >= 2 || (topLevel && _layout.encapsulated))) {
     if (!_layout.encapsulated) fail("pixel data fragments need an encapsulated transfer syntax");
@@ -149,7 +155,8 @@ Encoder::Plan Encoder::plan(const Quiltra::Tag& tag, bool topLevel) {
 }
 
 std::uint64_t Encoder::elementSize(const Quiltra::Tag& tag, bool topLevel) {
-  const Plan p = plan(tag, topLevel);
+  const bool sequence = tag.info().vr() == Quiltra::SQ;
+  const Plan p = plan(tag, topLevel, sequence ? measureSequence(tag) : 0);
   const bool longHeader = !_layout.explicitVr || fileVrInfo(p.vr).longLength;
   const std::uint64_t header = (_layout.explicitVr && longHeader) ? 12 : 8;
   if (!p.encapsulated) return header + p.length;
@@ -161,13 +168,18 @@ std::uint64_t Encoder::elementSize(const Quiltra::Tag& tag, bool topLevel) {
   return size;
 }
 
-std::uint64_t Encoder::itemSize(const Quiltra::Tree& item) {
-  auto found = _itemSizes.find(&item);
-  if (found != _itemSizes.end()) return found->second;
-  const std::uint64_t size = dataSetSize(item, false);
-  if (size > kMaxLength) fail("sequence item larger than 4 GiB");
-  _itemSizes.emplace(&item, size);
-  return size;
+std::uint64_t Encoder::measureSequence(const Quiltra::Tag& tag) {
+  const Quiltra::Tag::Items& items = tag.sequenceItems();
+  const std::size_t first = _itemSizes.size();
+  _itemSizes.resize(first + items.size());
+  std::uint64_t length = 0;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const std::uint64_t size = items[i] ? dataSetSize(*items[i], false) : 0;
+    if (size > kMaxLength) fail("sequence item larger than 4 GiB");
+    _itemSizes[first + i] = size;
+    length += 8 + size;
+  }
+  return length;
 }
 
 std::uint64_t Encoder::dataSetSize(const Quiltra::Tree& tree, bool topLevel) {
@@ -220,7 +232,15 @@ void Encoder::writeValues(const Quiltra::Tag& tag, const FileVrInfo& vr, std::ui
 
 void Encoder::writeElement(const Quiltra::Tag& tag, ByteOutput& out, bool topLevel) {
   const std::uint32_t id = tag.info().id().rawId();
-  const Plan p = plan(tag, topLevel);
+  const bool sequence = tag.info().vr() == Quiltra::SQ;
+  const std::size_t firstItem = _nextItem;
+  std::uint64_t sequenceLength = 0;
+  if (sequence) {
+    const std::size_t count = tag.sequenceItems().size();
+    for (std::size_t i = 0; i < count; ++i) sequenceLength += 8 + _itemSizes[firstItem + i];
+    _nextItem += count;
+  }
+  const Plan p = plan(tag, topLevel, sequenceLength);
   if (p.encapsulated) {
     writeHeader(out, id, p.vr, kUndefinedLength);
     for (unsigned int i = 0; i < tag.numberOfValues(); ++i) {
@@ -241,15 +261,25 @@ void Encoder::writeElement(const Quiltra::Tag& tag, ByteOutput& out, bool topLev
     writeValues(tag, fileVrInfo(p.content), p.length, out);
     return;
   }
-  for (const auto& item : tag.sequenceItems()) {
+  const Quiltra::Tag::Items& items = tag.sequenceItems();
+  for (std::size_t i = 0; i < items.size(); ++i) {
     put16(out, kItemGroup);
     put16(out, kItem & 0xFFFF);
-    put32(out, static_cast<std::uint32_t>(item ? itemSize(*item) : 0));
-    if (item) writeDataSet(*item, out, false);
+    put32(out, static_cast<std::uint32_t>(_itemSizes[firstItem + i]));
+    if (items[i]) writeDataSet(*items[i], out, false);
   }
 }
 
 void Encoder::writeDataSet(const Quiltra::Tree& tree, ByteOutput& out, bool topLevel) {
+  if (topLevel) {
+    // One measuring walk ahead of the writing walk; both take the same elements in the
+    // same order, so the writer finds each item's size where it stands.
+    _itemSizes.clear();
+    _nextItem = 0;
+    tree.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
+      if (selected(tag, true) && tag.info().vr() == Quiltra::SQ) measureSequence(tag);
+    });
+  }
   tree.forEachTag(Quiltra::AllLayers, [&](const Quiltra::TagId&, const Quiltra::Tag& tag) {
     if (selected(tag, topLevel)) writeElement(tag, out, topLevel);
   });

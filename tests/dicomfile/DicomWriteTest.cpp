@@ -179,6 +179,38 @@ TEST(DicomWriteTest, WritesALayeredTreeAsItsMergedView) {
   }
 }
 
+// Each item's length is measured once, ahead of the writing, and taken in the order the
+// writer meets the items: sequences side by side and inside items, an item held twice, and an
+// item shared by two sequences must each get their own length.
+TEST(DicomWriteTest, GivesEveryItemItsOwnLengthWhereverItSits) {
+  auto leaf = std::make_shared<Quiltra::Tree>();
+  auto text = element(0x00100010, Quiltra::PN);
+  text->addValue(std::string("Leaf^Item"));
+  leaf->addTag(text);
+  auto inner = element(0x00081115, Quiltra::SQ);
+  inner->addSequenceItem(leaf);
+  inner->addSequenceItem(std::make_shared<Quiltra::Tree>());
+  auto middle = std::make_shared<Quiltra::Tree>();
+  middle->addTag(inner);
+  auto outer = element(0x00081140, Quiltra::SQ);
+  outer->addSequenceItem(middle);
+  outer->addSequenceItem(leaf);
+  outer->addSequenceItem(middle);
+  auto second = element(0x00081199, Quiltra::SQ);
+  second->addSequenceItem(leaf);
+  Quiltra::Tree tree;
+  tree.addTag(outer);
+  tree.addTag(second);
+  for (auto syntax : {Quiltra::EXPLICIT_LITTLE_ENDIAN, Quiltra::IMPLICIT_LITTLE_ENDIAN}) {
+    SCOPED_TRACE(Quiltra::toString(syntax));
+    const auto bytes = write(tree, syntax);
+    EXPECT_EQ(bytes, write(*tree.mergedCopy(Quiltra::AllLayers), syntax));  // no sharing
+    const auto back = readBytes(bytes).tree;
+    expectSameDataSet(tree, *back);
+    EXPECT_EQ(write(*back, syntax), bytes);
+  }
+}
+
 TEST(DicomWriteTest, RefusesWhatAFileCannotHold) {
   Quiltra::Tree tree;
   QuiltraTest::expectQuiltraError([&] { write(tree, Quiltra::IMPLICIT_BIG_ENDIAN); },
