@@ -1,5 +1,7 @@
 #include "quiltra/io/MemorySink.h"
 
+#include "MemoryAppend.h"
+
 namespace Quiltra_Serialization {
 
 // The base keeps the address of _bytes only; it is not used before the sink is built.
@@ -10,7 +12,7 @@ MemorySink::~MemorySink() = default;
 void MemorySink::writeX(const void* data, unsigned int size) {
   if (size == 0) return;
   const auto* bytes = static_cast<const unsigned char*>(data);
-  _bytes.insert(_bytes.end(), bytes, bytes + size);
+  appendToMemory(_bytes, bytes, size);
 }
 
 std::vector<unsigned char> MemorySink::takeBytes() noexcept {

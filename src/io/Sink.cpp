@@ -21,6 +21,7 @@
 #include "quiltra/io/Sink.h"
 
 #include "LittleEndian.h"
+#include "MemoryAppend.h"
 
 namespace Quiltra_Serialization {
 
@@ -29,7 +30,7 @@ Sink::~Sink() = default;
 void Sink::put(const void* data, unsigned int size) {
   if (_memory == nullptr) return writeX(data, size);
   const auto* bytes = static_cast<const unsigned char*>(data);
-  _memory->insert(_memory->end(), bytes, bytes + size);
+  appendToMemory(*_memory, bytes, size);
 }
 
 // Code and value are assembled in one block, which memory takes in one step; any other
@@ -40,7 +41,7 @@ void Sink::writeField(unsigned int code, std::uint64_t value) {
   Quiltra::storeLittleEndian(code, bytes, 4);
   Quiltra::storeLittleEndian(value, bytes + 4, Width);
   if (_memory != nullptr) {
-    _memory->insert(_memory->end(), bytes, bytes + sizeof bytes);
+    appendToMemory(*_memory, bytes, sizeof bytes);
     return;
   }
   writeX(bytes, 4);
