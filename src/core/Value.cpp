@@ -1,5 +1,7 @@
 #include "quiltra/core/Value.h"
 
+#include "ValueText.h"
+
 #include <cstring>
 #include <limits>
 #include <new>
@@ -87,17 +89,7 @@ void Value::setData(const unsigned int& n, const unsigned char* bytes) {
 // The terminator and anything after an embedded zero character are written as zeros, so
 // a reused buffer shows no stale bytes within the new size.
 void Value::setData(const std::string& text) {
-  // The size with its terminator must fit in 32 bits, or the copy would overrun the buffer.
-  if (text.size() >= std::numeric_limits<unsigned int>::max()) {
-    purge();
-    throw Exception("Value::allocate", "out of memory");
-  }
-  const std::size_t zero = text.find('\0');
-  const std::size_t length = zero == std::string::npos ? text.size() : zero;
-  setSize(static_cast<unsigned int>(text.size() + 1));
-  unsigned char* bytes = data();
-  std::memcpy(bytes, text.data(), length);
-  std::memset(bytes + length, 0, _size - length);
+  setTextData(*this, text);
 }
 
 void Value::purge() noexcept {

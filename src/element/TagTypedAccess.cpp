@@ -19,6 +19,7 @@
 #include "quiltra/element/Tag.h"
 
 #include "core/TextScan.h"
+#include "core/ValueText.h"
 #include "io/LittleEndian.h"
 
 #include <climits>
@@ -389,26 +390,32 @@ void Tag::setValue(double value, unsigned int index) {
 
 // Numbers are read leniently and written through the narrower writers, whose checks run
 // again; no text is validated.
-void Tag::setValue(std::string text, unsigned int index) {
+void Tag::setValue(const std::string& text, unsigned int index) {
+  setText(text, index);
+}
+
+// Numbers are parsed from a string of their own; texts are copied from the view directly.
+void Tag::setText(std::string_view text, unsigned int index) {
   static const std::string kMethod("Tag::setValue");
   static const std::string kDescription("unsupported type for string write access");
   rangeChecking(index);
-  if (isOfType(VRC_STRING)) return _values[index].setData(text);
+  if (isOfType(VRC_STRING)) return setTextData(_values[index], text);
+  const std::string number(text);
   switch (_info.vr()) {
     case SS:
-      return setValue(toSigned16(static_cast<std::uint32_t>(parseDecimal(text))), index);
+      return setValue(toSigned16(static_cast<std::uint32_t>(parseDecimal(number))), index);
     case US:
-      return setValue(static_cast<unsigned short>(parseDecimal(text)), index);
+      return setValue(static_cast<unsigned short>(parseDecimal(number)), index);
     case SL:
-      return setValue(parseDecimal(text), index);
+      return setValue(parseDecimal(number), index);
     case UL:
-      return setValue(static_cast<unsigned int>(parseDecimal(text)), index);
+      return setValue(static_cast<unsigned int>(parseDecimal(number)), index);
     case FL:
-      return setValue(static_cast<float>(Quiltra_Utils::toDouble(text)), index);
+      return setValue(static_cast<float>(Quiltra_Utils::toDouble(number)), index);
     case FD:
-      return setValue(Quiltra_Utils::toDouble(text), index);
+      return setValue(Quiltra_Utils::toDouble(number), index);
     case AT:
-      return storeLittleEndian(_values[index], scanTagText(text), 4);
+      return storeLittleEndian(_values[index], scanTagText(number), 4);
     default:
       throw Exception(kMethod, kDescription);
   }
@@ -480,15 +487,22 @@ void Tag::addValue(double value) {
 
 // LT, ST and UT hold free text, so their backslashes are kept; every other text is one
 // value per backslash-separated piece, empty pieces included.
-void Tag::addValue(std::string text) {
+void Tag::addValue(const std::string& text) {
   static const std::string kMethod("Tag::addValue");
   if (isOfType(VRC_BINARY)) throw Exception(kMethod, notForStrings());
   const Vr vr = _info.vr();
   if (vr == LT || vr == ST || vr == UT) return addValue().setData(text);
-  std::vector<std::string> pieces = Quiltra_Utils::split(text, '\\', false);
-  for (std::string& piece : pieces) {
+  // One value per piece between backslashes, empty pieces included, each written straight
+  // from the text.
+  const std::string_view view(text);
+  std::size_t start = 0;
+  for (;;) {
+    const std::size_t end = view.find('\\', start);
     addValue();
-    setValue(std::move(piece), numberOfValues() - 1);
+    const std::size_t length = end == std::string_view::npos ? end : end - start;
+    setText(view.substr(start, length), numberOfValues() - 1);
+    if (end == std::string_view::npos) return;
+    start = end + 1;
   }
 }
 

@@ -153,6 +153,14 @@ TEST(TagTypedAccessTest, SplitsAddedTextsExceptFreeTextAndJoinsThemBack) {
   EXPECT_EQ(cs.toString(0), "x\\y");
   for (Vr vr : {LT, ST, UT}) EXPECT_EQ(written(vr, std::string("1\\2")), text("1\\2"));
   EXPECT_EQ(tagOf(OB, {{}, {}}).toString(), "\\");  // null values are never read
+  Tag us = tagOf(US);  // numbers are parsed piece by piece, each from its own text
+  us.addValue(std::string("7\\65535\\12"));
+  ASSERT_EQ(us.numberOfValues(), 3u);
+  EXPECT_EQ(us.toUShort(0) + us.toUShort(1) + us.toUShort(2), 7 + 65535 + 12);
+  Tag lo = tagOf(LO);  // a long piece between short ones, and one cut at a zero
+  lo.addValue(std::string("a\\a longer piece than sixteen bytes\\b") + std::string(1, '\0') + "c");
+  EXPECT_EQ(lo.toString(1), "a longer piece than sixteen bytes");
+  EXPECT_EQ(bytesAt(lo, 2), Bytes({'b', 0, 0, 0}));
 }
 
 TEST(TagTypedAccessTest, ReplacesEitherHalfOfADateTime) {

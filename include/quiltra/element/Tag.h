@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -116,7 +117,7 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   void setValue(unsigned short value, unsigned int index);
   void setValue(float value, unsigned int index);
   void setValue(double value, unsigned int index);
-  void setValue(std::string text, unsigned int index);
+  void setValue(const std::string& text, unsigned int index);
   void setValue(Date date, unsigned int index);
   void setValue(Time time, unsigned int index);
   void setValue(std::pair<Date, Time> value, unsigned int index);
@@ -130,7 +131,7 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   void addValue(float value);
   void addValue(double value);
   /// Splits at backslashes (except LT, ST, UT) and appends one value per piece.
-  void addValue(std::string text);
+  void addValue(const std::string& text);
   void addValue(Date date);
   void addValue(Time time);
   void addValue(std::pair<Date, Time> value);
@@ -178,6 +179,8 @@ class QUILTRA_EXPORT Tag : public Quiltra_Serialization::Serializable,
   /// The typed appenders: check the type, append an empty value, write it with setValue.
   template <class T>
   void addChecked(const VRCType& type, T value);
+  /// setValue(text, index) from a view of the text.
+  void setText(std::string_view text, unsigned int index);
   int compareNumerical(const Tag& other, int count, double tolerance) const;
   int compareBytes(const Tag& other, int count) const;
 
