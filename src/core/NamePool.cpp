@@ -24,7 +24,7 @@ class NamePool {
   // Pooled texts live as long as the process, so each thread remembers the ones it met last
   // in a small table indexed by hash, and asks the shared index, under its lock, only when
   // the table does not hold the name.
-  const std::string* find(const std::string& name) {
+  const std::string* find(std::string_view name) {
     const std::size_t hash = std::hash<std::string_view>()(name);
     thread_local const std::string* recent[kRecentNames] = {};
     const std::string*& slot = recent[hash % kRecentNames];
@@ -52,7 +52,7 @@ NamePool& pool() {
 
 }  // namespace
 
-std::shared_ptr<const std::string> sharedName(const std::string& name) {
+std::shared_ptr<const std::string> sharedName(std::string_view name) {
   if (name.empty()) return nullptr;
   if (name.size() <= kMaxPooledLength) {
     if (const std::string* pooled = pool().find(name)) {

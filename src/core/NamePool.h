@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace Quiltra {
 
@@ -13,7 +14,7 @@ namespace Quiltra {
 /// and every name once the pool is full, get a text of their own. The pool is bounded, so
 /// names read from untrusted input cannot make it grow without limit.
 /// Threads: may be called from several threads at once.
-std::shared_ptr<const std::string> sharedName(const std::string& name);
+std::shared_ptr<const std::string> sharedName(std::string_view name);
 
 /// The text of a shared name; the empty text for an empty pointer.
 const std::string& nameText(const std::shared_ptr<const std::string>& name) noexcept;

@@ -60,7 +60,11 @@ TEST(TagInfoTest, KeepsEveryNameThroughCopiesWhateverItsLengthOrNumber) {
     EXPECT_TRUE(info.name() == name && copy.name() == name) << name.size();
     copy.setName("Other");
     EXPECT_TRUE(info.name() == name && copy.name() == "Other") << name.size();
+    // From a C string: the text up to its zero.
+    const TagInfo fromChars(TagId(0x0010, 0x0010), name.c_str(), Quiltra::PN, {1, 1});
+    EXPECT_EQ(fromChars.name(), name.substr(0, name.find('\0'))) << name.size();
   }
+  EXPECT_EQ(TagInfo(TagId(), static_cast<const char*>(nullptr), Quiltra::LO, {1, 1}).name(), "");
   std::vector<TagInfo> many;  // more distinct names than the pool keeps
   for (int i = 0; i < 40000; ++i)
     many.emplace_back(TagId(), "Name" + std::to_string(i), Quiltra::LO, std::make_pair(1u, 1u));

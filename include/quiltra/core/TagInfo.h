@@ -28,6 +28,10 @@ class QUILTRA_EXPORT TagInfo : public Quiltra_Serialization::Serializable,
   TagInfo() = default;
   TagInfo(const TagId& id, const std::string& name, const Vr& vr,
           const std::pair<unsigned int, unsigned int>& multiplicity);
+  /// The same from a C string (a keyword literal, say), read without making a std::string
+  /// of it first; a null name is the empty name.
+  TagInfo(const TagId& id, const char* name, const Vr& vr,
+          const std::pair<unsigned int, unsigned int>& multiplicity);
   /// Asks dict for the name, then the representation, then the multiplicity of id.
   /// Exceptions of the dictionary pass through.
   TagInfo(const TagId& id, const Dict& dict);
